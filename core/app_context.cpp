@@ -1,0 +1,21 @@
+#include "core/app_context.hpp"
+
+namespace halyard {
+
+AppContext& AppContext::shared() {
+  static AppContext context;
+  return context;
+}
+
+void AppContext::reset() {
+#define HALYARD_FIELD(Type, name, Name, ...) \
+  {                                                \
+    Type fresh = __VA_ARGS__;                      \
+    name##_ = std::move(fresh);                    \
+  }
+  HALYARD_APP_CONTEXT_FIELDS(HALYARD_FIELD)
+#undef HALYARD_FIELD
+  operationAborted_ = false;
+}
+
+}  // namespace halyard

@@ -1,0 +1,19 @@
+// What a run must know of processes beyond its own child.
+#pragma once
+
+#include <sys/types.h>
+
+namespace halyard {
+
+/// Sends `signal` to every descendant of this process. Only async-signal-safe calls and no allocation: a handler that is
+/// about to die calls it. Systems without a way to list them do what they can.
+void signalDescendants(int signal) noexcept;
+
+/// Sends `signal` to what a run left behind: descendants of this process, and orphans of its process group, that are no
+/// older than the run's own child was. `childStart` is processStartMark() of that child, taken while it lived.
+void signalRunLeftovers(unsigned long long childStart, int signal) noexcept;
+
+/// A mark that grows with the time of start of a process; 0 when the process is gone.
+unsigned long long processStartMark(pid_t process) noexcept;
+
+}  // namespace halyard

@@ -1,0 +1,53 @@
+// Single keys and raw mode. However the process ends, the terminal comes back as it was.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace halyard {
+
+struct RawKey {
+  enum class Kind { character, up, down, left, right, enter, ctrlC, escape, unknown };
+  Kind kind = Kind::unknown;
+  std::string text;  ///< of a character: one Unicode scalar
+
+  [[nodiscard]] bool is(std::string_view character) const { return kind == Kind::character && text == character; }
+  bool operator==(const RawKey&) const = default;
+};
+
+/// Where bytes of the keyboard come from. With `wait` false it gives nothing after a tenth of a second of silence.
+using ByteSource = std::function<std::optional<std::uint8_t>(bool wait)>;
+
+/// One key off the source. A byte from 128 on is one scalar: the key reader doesn't assemble UTF-8.
+RawKey decodeKey(const ByteSource& source);
+
+/// Characters one by one and no echo, signals as before. Entering twice keeps the first saved settings.
+void enterRawMode();
+void leaveRawMode();
+bool rawModeActive();
+/// Drops what was typed and not yet read.
+void flushPendingInput();
+
+/// One key; blocks. Outside raw mode it enters and leaves it around the read. A signal that woke the read without a key
+/// (a resumed or resized terminal) gives `unknown`, and so does the end of input.
+RawKey readKey();
+/// Enter as "\n", a character as itself, any other key as "".
+std::string readKeyChar();
+
+/// True once standard input has ended: a reader that loops until a certain key must stop then.
+bool inputEnded();
+/// Sleeps until a signal comes, without using the processor: what is left to do when input has ended.
+void waitForSignal();
+/// True once after each resume (SIGCONT) or resize (SIGWINCH): the frame on the screen can't be trusted.
+bool takeScreenDamage();
+
+/// Registers, once, with atexit: the cursor shows again.
+void registerExitCursorRestore();
+/// Puts the handlers in place that restore the terminal, end the children and die by the same signal. enterRawMode()
+/// does it on its first call; the command runner restores these after its own SIGINT handler.
+void installTerminalSignalHandlers();
+
+}  // namespace halyard

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace halyard {
+
+/// A box over the finished frame, placed by cursor addressing in the accent style. Lines may hold colours.
+void drawOverlayBox(std::optional<std::string_view> title, const std::vector<std::string>& lines,
+                    std::optional<std::string_view> leftHint = {}, std::string_view rightHint = {},
+                    bool centreLastLine = false);
+
+}  // namespace halyard

@@ -1,0 +1,54 @@
+// Turns a file into a C++ source that holds it as base64 text: embed_catalog INPUT OUTPUT.
+// Base64 keeps the literal free of escapes and of anything an editor or compiler would reinterpret.
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <string>
+
+namespace {
+
+constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+std::string base64(const std::string& bytes) {
+  std::string text;
+  text.reserve(bytes.size() / 3 * 4 + 4);
+  for (std::size_t at = 0; at < bytes.size(); at += 3) {
+    unsigned long group = 0;
+    const std::size_t count = std::min<std::size_t>(3, bytes.size() - at);
+    for (std::size_t i = 0; i < 3; ++i) {
+      group = group << 8 | (i < count ? static_cast<unsigned char>(bytes[at + i]) : 0U);
+    }
+    for (std::size_t i = 0; i < 4; ++i) {
+      text += i <= count ? alphabet[group >> (18 - 6 * i) & 63] : '=';
+    }
+  }
+  return text;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 3) {
+    std::cerr << "usage: embed_catalog INPUT OUTPUT\n";
+    return 2;
+  }
+  std::ifstream input(argv[1], std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(input), {}};
+  if (!input || bytes.empty()) {
+    std::cerr << "embed_catalog: cannot read " << argv[1] << "\n";
+    return 1;
+  }
+  std::ofstream output(argv[2], std::ios::binary);
+  const std::string text = base64(bytes);
+  output << "// Made by tools/embed_catalog.cpp; do not edit.\n"
+            "#include \"core/embedded_catalog.hpp\"\n"
+            "#pragma GCC diagnostic ignored \"-Woverlength-strings\"\n"
+            "namespace halyard {\n"
+            "static constexpr char document[] =\n";
+  constexpr std::size_t lineLength = 4096;
+  for (std::size_t at = 0; at < text.size(); at += lineLength) {
+    output << '"' << text.substr(at, lineLength) << "\"\n";
+  }
+  output << ";\nstd::string_view embeddedCatalog() { return {document, sizeof document - 1}; }\n}  // namespace halyard\n";
+  return output.good() ? 0 : 1;
+}
