@@ -9,9 +9,9 @@ AppContext& AppContext::shared() {
 
 void AppContext::reset() {
 #define HALYARD_FIELD(Type, name, Name, ...) \
-  {                                                \
-    Type fresh = __VA_ARGS__;                      \
-    name##_ = std::move(fresh);                    \
+  {                                          \
+    Type fresh = __VA_ARGS__;                \
+    name##_ = std::move(fresh);              \
   }
   HALYARD_APP_CONTEXT_FIELDS(HALYARD_FIELD)
 #undef HALYARD_FIELD

@@ -33,37 +33,37 @@ struct SchemePlatforms {
 using Date = std::chrono::system_clock::time_point;
 
 // type, name, name in the setter, default. All are used on the main thread only.
-#define HALYARD_APP_CONTEXT_FIELDS(FIELD)                                                  \
-  FIELD(std::string, selectedScheme, SelectedScheme, {})                                   \
-  FIELD(std::string, selectedTestScheme, SelectedTestScheme, {})                           \
-  FIELD(std::string, selectedTestPlan, SelectedTestPlan, {})                               \
-  FIELD(bool, selectedTestPlanIsFromScheme, SelectedTestPlanIsFromScheme, false)           \
-  FIELD(std::string, selectedConfig, SelectedConfig, "Debug")                              \
-  FIELD(std::optional<SelectedDevice>, selectedDevice, SelectedDevice, {})                 \
+#define HALYARD_APP_CONTEXT_FIELDS(FIELD)                                                      \
+  FIELD(std::string, selectedScheme, SelectedScheme, {})                                       \
+  FIELD(std::string, selectedTestScheme, SelectedTestScheme, {})                               \
+  FIELD(std::string, selectedTestPlan, SelectedTestPlan, {})                                   \
+  FIELD(bool, selectedTestPlanIsFromScheme, SelectedTestPlanIsFromScheme, false)               \
+  FIELD(std::string, selectedConfig, SelectedConfig, "Debug")                                  \
+  FIELD(std::optional<SelectedDevice>, selectedDevice, SelectedDevice, {})                     \
   FIELD(std::optional<PhysicalDeviceInfo>, selectedPhysicalDevice, SelectedPhysicalDevice, {}) \
-  FIELD(std::string, lastSelectedDeviceKind, LastSelectedDeviceKind, "simulator")          \
-  FIELD(std::string, selectedSimSort, SelectedSimSort, "name")                             \
-  FIELD(std::string, selectedBundleID, SelectedBundleID, {})                               \
-  FIELD(std::optional<SchemePlatforms>, cachedPlatforms, CachedPlatforms, {})              \
-  FIELD(std::string, cachedPlatformsScheme, CachedPlatformsScheme, {})                     \
-  FIELD(std::optional<SchemePlatforms>, cachedTestPlatforms, CachedTestPlatforms, {})      \
-  FIELD(std::string, cachedTestPlatformsScheme, CachedTestPlatformsScheme, {})             \
-  FIELD(bool, parallelTestingEnabled, ParallelTestingEnabled, false)                       \
-  FIELD(std::string, selectedWorkingDirectory, SelectedWorkingDirectory, {})               \
-  FIELD(std::string, selectedFileBrowserPath, SelectedFileBrowserPath, {})                 \
-  FIELD(std::string, selectedProjectFilePath, SelectedProjectFilePath, {})                 \
-  FIELD(std::string, selectedProjectJsonPath, SelectedProjectJsonPath, {})                 \
-  FIELD(double, autoBuildIntervalHours, AutoBuildIntervalHours, 1.0)                       \
-  FIELD(bool, autoBuildActive, AutoBuildActive, false)                                     \
-  FIELD(std::optional<Date>, autoBuildNextFireDate, AutoBuildNextFireDate, {})             \
-  FIELD(std::optional<Date>, autoBuildLastRunDate, AutoBuildLastRunDate, {})               \
-  FIELD(std::optional<bool>, autoBuildLastRunSuccess, AutoBuildLastRunSuccess, {})         \
-  FIELD(std::string, autoBuildLastLogPath, AutoBuildLastLogPath, {})                       \
-  FIELD(std::vector<SelectedDevice>, autoBuildExtraDevices, AutoBuildExtraDevices, {})     \
-  FIELD(std::vector<std::string>, autoBuildExtraConfigs, AutoBuildExtraConfigs, {})        \
-  FIELD(int, autoBuildCleanLevel, AutoBuildCleanLevel, 0)                                  \
-  FIELD(bool, autoBuildRunXcodebuildClean, AutoBuildRunXcodebuildClean, false)             \
-  FIELD(bool, autoBuildSyncPackageManagers, AutoBuildSyncPackageManagers, false)           \
+  FIELD(std::string, lastSelectedDeviceKind, LastSelectedDeviceKind, "simulator")              \
+  FIELD(std::string, selectedSimSort, SelectedSimSort, "name")                                 \
+  FIELD(std::string, selectedBundleID, SelectedBundleID, {})                                   \
+  FIELD(std::optional<SchemePlatforms>, cachedPlatforms, CachedPlatforms, {})                  \
+  FIELD(std::string, cachedPlatformsScheme, CachedPlatformsScheme, {})                         \
+  FIELD(std::optional<SchemePlatforms>, cachedTestPlatforms, CachedTestPlatforms, {})          \
+  FIELD(std::string, cachedTestPlatformsScheme, CachedTestPlatformsScheme, {})                 \
+  FIELD(bool, parallelTestingEnabled, ParallelTestingEnabled, false)                           \
+  FIELD(std::string, selectedWorkingDirectory, SelectedWorkingDirectory, {})                   \
+  FIELD(std::string, selectedFileBrowserPath, SelectedFileBrowserPath, {})                     \
+  FIELD(std::string, selectedProjectFilePath, SelectedProjectFilePath, {})                     \
+  FIELD(std::string, selectedProjectJsonPath, SelectedProjectJsonPath, {})                     \
+  FIELD(double, autoBuildIntervalHours, AutoBuildIntervalHours, 1.0)                           \
+  FIELD(bool, autoBuildActive, AutoBuildActive, false)                                         \
+  FIELD(std::optional<Date>, autoBuildNextFireDate, AutoBuildNextFireDate, {})                 \
+  FIELD(std::optional<Date>, autoBuildLastRunDate, AutoBuildLastRunDate, {})                   \
+  FIELD(std::optional<bool>, autoBuildLastRunSuccess, AutoBuildLastRunSuccess, {})             \
+  FIELD(std::string, autoBuildLastLogPath, AutoBuildLastLogPath, {})                           \
+  FIELD(std::vector<SelectedDevice>, autoBuildExtraDevices, AutoBuildExtraDevices, {})         \
+  FIELD(std::vector<std::string>, autoBuildExtraConfigs, AutoBuildExtraConfigs, {})            \
+  FIELD(int, autoBuildCleanLevel, AutoBuildCleanLevel, 0)                                      \
+  FIELD(bool, autoBuildRunXcodebuildClean, AutoBuildRunXcodebuildClean, false)                 \
+  FIELD(bool, autoBuildSyncPackageManagers, AutoBuildSyncPackageManagers, false)               \
   FIELD(std::vector<std::string>, autoBuildExtraSchemes, AutoBuildExtraSchemes, {})
 
 /// A readable and writable property for each field, for code that is written against interfaces.
@@ -74,7 +74,7 @@ class AppContextProviding {
   AppContextProviding& operator=(const AppContextProviding&) = delete;
   virtual ~AppContextProviding() = default;
 
-#define HALYARD_FIELD(Type, name, Name, ...)       \
+#define HALYARD_FIELD(Type, name, Name, ...)          \
   [[nodiscard]] virtual const Type& name() const = 0; \
   virtual void set##Name(Type value) = 0;
   HALYARD_APP_CONTEXT_FIELDS(HALYARD_FIELD)
@@ -89,7 +89,7 @@ class AppContext final : public AppContextProviding {
  public:
   static AppContext& shared();
 
-#define HALYARD_FIELD(Type, name, Name, ...)                            \
+#define HALYARD_FIELD(Type, name, Name, ...)                          \
   [[nodiscard]] const Type& name() const override { return name##_; } \
   void set##Name(Type value) override { name##_ = std::move(value); }
   HALYARD_APP_CONTEXT_FIELDS(HALYARD_FIELD)
@@ -111,8 +111,8 @@ class AppContext final : public AppContextProviding {
 };
 
 // Accessors of the shared instance, so that an action needs no context passed to it.
-#define HALYARD_FIELD(Type, name, Name, ...)                                      \
-  inline const Type& name() { return AppContext::shared().name(); }            \
+#define HALYARD_FIELD(Type, name, Name, ...)                        \
+  inline const Type& name() { return AppContext::shared().name(); } \
   inline void set##Name(Type value) { AppContext::shared().set##Name(std::move(value)); }
 HALYARD_APP_CONTEXT_FIELDS(HALYARD_FIELD)
 #undef HALYARD_FIELD

@@ -6,14 +6,22 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <variant>
+#include <vector>
 
 namespace halyard {
 
 /// Fills the catalog from the copy inside the program, else from a Localizable.xcstrings beside or above the
 /// executable or in the working directory; prints why and ends the process where there is none. A second call does
 /// nothing. `executablePath` is the first word of the command line.
-void loadStringCatalog(std::string_view executablePath = {});
+void loadStringCatalog(std::string_view executablePath);
+/// The same with another embedded copy: base64 text, or empty for none.
+void loadStringCatalog(std::string_view embedded, std::string_view executablePath);
+/// Where the document is looked for without an embedded copy, in this order.
+std::vector<std::string> catalogSearchPaths(std::string_view executablePath);
+/// Back to the state before the first load; texts handed out before are gone.
+void unloadStringCatalog();
 
 /// The text of a key in the current language, else in English, else the key as it was given. Blanks at the ends, double
 /// blanks inside and escaped line ends don't count. The view lives as long as the catalog, or as the key.
@@ -37,11 +45,12 @@ void toggleLanguage();
 void installLanguageSaver(void (*save)());
 std::string languageName(std::string_view code);
 
-/// Reads a document in the .xcstrings format into the catalog, replacing what was there. False, and nothing changed, where
-/// it isn't JSON or its top level isn't an object. Entries that lack a level are skipped.
+/// Reads a document in the .xcstrings format into the catalog, replacing what was there. False, and nothing changed,
+/// where it isn't JSON or its top level isn't an object. Entries that lack a level are skipped.
 bool readStringCatalog(std::string_view json);
 /// Keys of the catalog; for checks.
 std::size_t catalogSize();
+bool catalogHasKey(std::string_view key);
 
 namespace detail {
 

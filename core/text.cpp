@@ -1,17 +1,16 @@
 #include "core/text.hpp"
 
-#include <unicode/brkiter.h>
-#include <unicode/casemap.h>
-#include <unicode/bytestream.h>
-#include <unicode/uchar.h>
-#include <unicode/utext.h>
-#include <unicode/utf8.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <memory>
 
 #include <simdjson.h>
+#include <unicode/brkiter.h>
+#include <unicode/bytestream.h>
+#include <unicode/casemap.h>
+#include <unicode/uchar.h>
+#include <unicode/utext.h>
+#include <unicode/utf8.h>
 
 namespace halyard {
 

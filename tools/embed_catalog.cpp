@@ -1,5 +1,6 @@
 // Turns a file into a C++ source that holds it as base64 text: embed_catalog INPUT OUTPUT.
 // Base64 keeps the literal free of escapes and of anything an editor or compiler would reinterpret.
+#include <algorithm>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -25,6 +26,24 @@ std::string base64(const std::string& bytes) {
   return text;
 }
 
+/// White space between the values is for people; the program needs none of it.
+std::string minified(const std::string& json) {
+  std::string result;
+  result.reserve(json.size());
+  bool inString = false;
+  for (std::size_t at = 0; at < json.size(); ++at) {
+    const char c = json[at];
+    if (inString && c == '\\' && at + 1 < json.size()) {
+      result += c;
+      result += json[++at];
+      continue;
+    }
+    if (c == '"') inString = !inString;
+    if (inString || (c != ' ' && c != '\n' && c != '\r' && c != '\t')) result += c;
+  }
+  return result;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -39,7 +58,7 @@ int main(int argc, char** argv) {
     return 1;
   }
   std::ofstream output(argv[2], std::ios::binary);
-  const std::string text = base64(bytes);
+  const std::string text = base64(minified(bytes));
   output << "// Made by tools/embed_catalog.cpp; do not edit.\n"
             "#include \"core/embedded_catalog.hpp\"\n"
             "#pragma GCC diagnostic ignored \"-Woverlength-strings\"\n"
@@ -49,6 +68,7 @@ int main(int argc, char** argv) {
   for (std::size_t at = 0; at < text.size(); at += lineLength) {
     output << '"' << text.substr(at, lineLength) << "\"\n";
   }
-  output << ";\nstd::string_view embeddedCatalog() { return {document, sizeof document - 1}; }\n}  // namespace halyard\n";
+  output
+      << ";\nstd::string_view embeddedCatalog() { return {document, sizeof document - 1}; }\n}  // namespace halyard\n";
   return output.good() ? 0 : 1;
 }
