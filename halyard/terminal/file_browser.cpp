@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <exception>
 #include <filesystem>
+#include <tuple>
 #include <utility>
 
 #include <fmt/format.h>
@@ -312,8 +313,9 @@ std::vector<FileBrowserEntry> fileBrowserEntries(const std::string& folder,
         extensions.empty() || isPlainFolder(read->entry) || hasAnyExtension(read->foldedName, foldedExtensions);
     if (wanted) found.push_back(std::move(*read));
   }
-  std::ranges::sort(found, {}, [](const SortableEntry& item) {
-    return std::forward_as_tuple(!item.entry.isDirectory, item.foldedName, item.entry.name);
+  std::ranges::sort(found, [](const SortableEntry& left, const SortableEntry& right) {
+    if (left.entry.isDirectory != right.entry.isDirectory) return left.entry.isDirectory;
+    return std::tie(left.foldedName, left.entry.name) < std::tie(right.foldedName, right.entry.name);
   });
 
   std::vector<FileBrowserEntry> entries;

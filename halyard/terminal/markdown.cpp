@@ -189,6 +189,7 @@ std::string renderedLine(std::string_view line) {
 }  // namespace
 
 std::string MarkdownTerminalRenderer::render(std::string_view text) {
+  if (text.empty()) return {};
   std::string rendered;
   std::vector<std::string_view> table;
   bool inCodeBlock = false;
