@@ -1,0 +1,40 @@
+#include <memory>
+#include <type_traits>
+
+#include <CoreFoundation/CoreFoundation.h>
+
+#include "halyard/platform/user_defaults_source.hpp"
+
+namespace halyard {
+
+namespace {
+
+struct Release {
+  void operator()(CFTypeRef object) const { CFRelease(object); }
+};
+template <typename Reference>
+using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Release>;
+
+std::optional<std::string> utf8Text(CFStringRef text) {
+  const CFIndex room = CFStringGetMaximumSizeForEncoding(CFStringGetLength(text), kCFStringEncodingUTF8) + 1;
+  std::string bytes(static_cast<std::size_t>(room), '\0');
+  if (!CFStringGetCString(text, bytes.data(), room, kCFStringEncodingUTF8)) return std::nullopt;
+  bytes.resize(bytes.find('\0'));
+  return bytes;
+}
+
+}  // namespace
+
+std::optional<std::string> systemGlobalUserDefault(std::string_view key) {
+  const Owned<CFStringRef> name(CFStringCreateWithBytes(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(key.data()),
+                                                        static_cast<CFIndex>(key.size()), kCFStringEncodingUTF8,
+                                                        false));
+  if (name == nullptr) return std::nullopt;
+  // The program lives long and the user may change the look meanwhile: without this the first answer would stay.
+  CFPreferencesAppSynchronize(kCFPreferencesAnyApplication);
+  const Owned<CFPropertyListRef> value(CFPreferencesCopyAppValue(name.get(), kCFPreferencesAnyApplication));
+  if (value == nullptr || CFGetTypeID(value.get()) != CFStringGetTypeID()) return std::nullopt;
+  return utf8Text(static_cast<CFStringRef>(value.get()));
+}
+
+}  // namespace halyard
