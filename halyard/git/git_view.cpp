@@ -12,9 +12,9 @@ bool gitViewIsInNormalMode() { return true; }
 void prepareGitView() {}
 
 void drawGitView() {
-  printLine(boxLine("  " + std::string(localized("view_switch_option_git")) + ": " +
-                        std::string(localized("not_available_yet")),
-                    Color::boldBlue));
+  printLine(boxLine(
+      "  " + std::string(localized("view_switch_option_git")) + ": " + std::string(localized("not_available_yet")),
+      Color::boldBlue));
   printLine(std::string(Color::boldBlue) + "└" + repeated("─", Layout::frameWidth) + "┘" + std::string(Color::reset));
 }
 

@@ -64,8 +64,8 @@ std::optional<std::string> rowHelp(const MenuGroup& group, std::string_view labe
 }  // namespace
 
 std::string helpTextKey(std::string_view menuKey) {
-  const auto shared = std::find_if(sharedTexts.begin(), sharedTexts.end(),
-                                   [&](const auto& entry) { return entry.first == menuKey; });
+  const auto shared =
+      std::find_if(sharedTexts.begin(), sharedTexts.end(), [&](const auto& entry) { return entry.first == menuKey; });
   if (shared != sharedTexts.end()) return std::string(shared->second);
   return std::string(textKeyPrefix) + std::string(menuKey);
 }

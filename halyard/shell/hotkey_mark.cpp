@@ -1,8 +1,8 @@
 #include "halyard/shell/hotkey_mark.hpp"
 
-#include <fmt/format.h>
-
 #include <cctype>
+
+#include <fmt/format.h>
 
 #include "halyard/terminal/colors.hpp"
 

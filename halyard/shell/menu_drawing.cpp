@@ -1,14 +1,16 @@
 #include "halyard/shell/menu_drawing.hpp"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <string_view>
 
+#include <fmt/format.h>
+
 #include "core/text.hpp"
+#include "halyard/platform/user_defaults.hpp"
 #include "halyard/shell/hotkey_mark.hpp"
 #include "halyard/terminal/colors.hpp"
+#include "halyard/terminal/output.hpp"
 #include "halyard/terminal/screen.hpp"
 
 namespace halyard {
@@ -21,8 +23,15 @@ struct StripCell {
 };
 
 constexpr auto stripCells = std::to_array<StripCell>({
-    {"1:Clear", 7}, {"2:Reset", 7}, {"3:Build&Run", 11}, {"4:Clear&Run", 11}, {"5:Xcode▼", 8},
-    {"6:Xcode▲", 8}, {"7:Unit", 6}, {"8:CITests", 9}, {"9:Update", 8},
+    {"1:Clear", 7},
+    {"2:Reset", 7},
+    {"3:Build&Run", 11},
+    {"4:Clear&Run", 11},
+    {"5:Xcode▼", 8},
+    {"6:Xcode▲", 8},
+    {"7:Unit", 6},
+    {"8:CITests", 9},
+    {"9:Update", 8},
 });
 
 constexpr int stripWidth = [] {
@@ -47,7 +56,9 @@ Theme theme(bool isDark) {
           .activeForeground = foreground};
 }
 
-std::string framed(std::string_view character) { return fmt::format("{}{}{}", Color::boldBlue, character, Color::reset); }
+std::string framed(std::string_view character) {
+  return fmt::format("{}{}{}", Color::boldBlue, character, Color::reset);
+}
 
 std::string separatorCell(int width) {
   return fmt::format("{} {} {}", Color::gray, repeated("─", width - 2), Color::reset);
@@ -72,14 +83,15 @@ std::string markedGroupName(const LightMenuCategory& group, bool isSelected, boo
 
 std::string leftCell(const Menu& menu, const MenuCursor& cursor, int line, const Theme& look) {
   const int count = static_cast<int>(menu.size());
-  if (const int hidden = hiddenBelow(line, cursor.categoryScroll, count, cursor.category); hidden > 0) {
+  if (const int hidden = hiddenBelow(line, cursor.categoryScrollOffset, count, cursor.selectedCategoryIndex);
+      hidden > 0) {
     return fmt::format("{} {}{}", Color::dim, padVisible(fmt::format("▾ {}", hidden), menuLeftWidth - 1), Color::reset);
   }
-  const int index = cursor.categoryScroll + line;
+  const int index = cursor.categoryScrollOffset + line;
   if (index >= count) return std::string(menuLeftWidth, ' ');
   const LightMenuCategory& group = menu[static_cast<std::size_t>(index)];
   if (group.isSeparator) return separatorCell(menuLeftWidth);
-  const bool isSelected = index == cursor.category;
+  const bool isSelected = index == cursor.selectedCategoryIndex;
   std::string highlight;
   if (isSelected) highlight = cursor.focusOnItems ? look.inactive : look.active;
   const std::string name = markedGroupName(group, isSelected, cursor.focusOnItems, look);
@@ -110,12 +122,12 @@ std::string itemCell(const LightMenuItem& item, bool isSelected, bool hasFocus, 
 
 std::string rightCell(const LightMenuCategory* group, const MenuCursor& cursor, int line, const Theme& look) {
   const int count = group == nullptr ? 0 : static_cast<int>(group->items.size());
-  if (const int hidden = hiddenBelow(line, cursor.itemScroll, count, cursor.item); hidden > 0) {
+  if (const int hidden = hiddenBelow(line, cursor.itemScrollOffset, count, cursor.selectedItemIndex); hidden > 0) {
     const std::string mark = padVisible(fmt::format(" ▾ {} weitere", hidden), menuRightWidth);
     return fmt::format("{}{}{}", Color::dim, mark, Color::reset);
   }
-  const int index = cursor.itemScroll + line;
-  const bool isSelected = index == cursor.item;
+  const int index = cursor.itemScrollOffset + line;
+  const bool isSelected = index == cursor.selectedItemIndex;
   if (index >= count) {
     std::string style;
     if (isSelected) style = cursor.focusOnItems ? look.active : look.inactive;
@@ -148,8 +160,8 @@ std::string stripLine(const Menu& menu) {
     const std::string padded = padVisible(std::string(cell.text), cell.width);
     if (digit > 1) line += framed("│");
     if (findHotkey(digit, menu)) {
-      line += fmt::format("{}{}{}{}{}", Color::bold, Color::boldBlue, padded.substr(0, 1), Color::reset,
-                          padded.substr(1));
+      line +=
+          fmt::format("{}{}{}{}{}", Color::bold, Color::boldBlue, padded.substr(0, 1), Color::reset, padded.substr(1));
     } else {
       line += fmt::format("{}{}{}", Color::dim, padded, Color::reset);
     }
@@ -171,15 +183,22 @@ std::string stripBottom() {
 
 std::string menuFrame(const Menu& menu, const MenuCursor& cursor, bool isDark) {
   const Theme look = theme(isDark);
-  const bool hasGroup = cursor.category >= 0 && cursor.category < static_cast<int>(menu.size());
-  const LightMenuCategory* group = hasGroup ? &menu[static_cast<std::size_t>(cursor.category)] : nullptr;
+  const bool hasGroup =
+      cursor.selectedCategoryIndex >= 0 && cursor.selectedCategoryIndex < static_cast<int>(menu.size());
+  const LightMenuCategory* group = hasGroup ? &menu[static_cast<std::size_t>(cursor.selectedCategoryIndex)] : nullptr;
   const std::string divider = framed("│");
   std::string frame;
   frame.reserve(8192);
   for (int line = 0; line < menuRows; ++line) {
-    frame += divider + leftCell(menu, cursor, line, look) + divider + rightCell(group, cursor, line, look) + divider + "\n";
+    frame +=
+        divider + leftCell(menu, cursor, line, look) + divider + rightCell(group, cursor, line, look) + divider + "\n";
   }
   return frame + stripTop() + "\n" + stripLine(menu) + "\n" + stripBottom() + "\n";
+}
+
+void drawMenu(const Menu& categories, const MenuCursor& cursor) {
+  const bool isDark = lowercased(globalUserDefault("AppleInterfaceStyle").value_or("")) == "dark";
+  print(menuFrame(categories, cursor, isDark));
 }
 
 }  // namespace halyard

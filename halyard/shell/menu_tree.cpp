@@ -65,10 +65,21 @@ constexpr MenuRow buildRows[] = {
     {.key = "projekt_konfiguration"},
     {.key = {}},
     {.key = "build", .isEnabled = hasTarget},
-    {.key = "build_run_simulator", .physicalKey = "build_run_physical", .macKey = "build_run_native", .hotkey = 3, .isEnabled = hasTarget},
+    {.key = "build_run_simulator",
+     .physicalKey = "build_run_physical",
+     .macKey = "build_run_native",
+     .hotkey = 3,
+     .isEnabled = hasTarget},
     {.key = {}},
-    {.key = "quick_reset_build_simulator", .physicalKey = "quick_reset_build_physical", .macKey = "quick_reset_build_native", .hotkey = 4, .isEnabled = hasTarget},
-    {.key = "full_reset_build_and_launch", .physicalKey = "full_reset_build_and_launch_physical", .macKey = "full_reset_build_and_launch_native", .isEnabled = hasTarget},
+    {.key = "quick_reset_build_simulator",
+     .physicalKey = "quick_reset_build_physical",
+     .macKey = "quick_reset_build_native",
+     .hotkey = 4,
+     .isEnabled = hasTarget},
+    {.key = "full_reset_build_and_launch",
+     .physicalKey = "full_reset_build_and_launch_physical",
+     .macKey = "full_reset_build_and_launch_native",
+     .isEnabled = hasTarget},
 };
 
 constexpr MenuRow simulatorRows[] = {
@@ -235,16 +246,11 @@ constexpr MenuRow projectRows[] = {
 };
 
 constexpr MenuRow developerRows[] = {
-    {.key = "dev_info_show_overview"},
-    {.key = {}},
-    {.key = "dev_info_show_apple_releases"},
-    {.key = "dev_info_show_xcode_releases"},
-    {.key = "dev_info_show_ios_releases"},
-    {.key = "dev_info_show_macos_releases"},
-    {.key = "dev_info_show_swift_releases"},
-    {.key = "dev_info_show_swift_evolution"},
-    {.key = "dev_info_show_apple_news"},
-    {.key = "dev_info_show_security_updates"},
+    {.key = "dev_info_show_overview"},       {.key = {}},
+    {.key = "dev_info_show_apple_releases"}, {.key = "dev_info_show_xcode_releases"},
+    {.key = "dev_info_show_ios_releases"},   {.key = "dev_info_show_macos_releases"},
+    {.key = "dev_info_show_swift_releases"}, {.key = "dev_info_show_swift_evolution"},
+    {.key = "dev_info_show_apple_news"},     {.key = "dev_info_show_security_updates"},
     {.key = "dev_info_show_swiftui"},
 };
 
@@ -269,7 +275,9 @@ constexpr MenuGroup groups[] = {
     {.key = "developer_infos", .letterEN = 'R', .letterDE = 'R', .rows = developerRows},
 };
 
-LightMenuItem separatorItem() { return {.label = {}, .action = [] {}, .hotkey = {}, .enabled = true, .isSeparator = true}; }
+LightMenuItem separatorItem() {
+  return {.label = {}, .action = [] {}, .hotkey = {}, .enabled = true, .isSeparator = true};
+}
 
 LightMenuItem builtItem(const MenuRow& row, const MenuConditions& now) {
   if (row.key.empty()) return separatorItem();
@@ -340,8 +348,8 @@ std::string_view menuRowKey(const MenuRow& row, const MenuConditions& conditions
 }
 
 std::string menuRowLabel(const MenuRow& row, std::string_view key) {
-  std::string label = row.argument == nullptr ? std::string(localized(key))
-                                              : localizedFormat(key, displaySafe(row.argument()));
+  std::string label =
+      row.argument == nullptr ? std::string(localized(key)) : localizedFormat(key, displaySafe(row.argument()));
   return row.decorated == nullptr ? label : row.decorated(label);
 }
 

@@ -28,9 +28,9 @@ struct MenuRow {
   std::string_view physicalKey = {};  ///< with a physical device, where the label differs
   std::string_view macKey = {};       ///< with the Mac as target, where the label differs
   int hotkey = 0;
-  MenuTest isShown = nullptr;          ///< nullptr: always
-  MenuTest isEnabled = nullptr;        ///< nullptr: always
-  void (*action)() = nullptr;          ///< nullptr: not available yet
+  MenuTest isShown = nullptr;           ///< nullptr: always
+  MenuTest isEnabled = nullptr;         ///< nullptr: always
+  void (*action)() = nullptr;           ///< nullptr: not available yet
   std::string (*argument)() = nullptr;  ///< fills the label's placeholder
   std::string (*decorated)(const std::string& label) = nullptr;
 };

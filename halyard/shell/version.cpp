@@ -1,0 +1,7 @@
+#include "halyard/shell/version.hpp"
+
+namespace halyard {
+
+std::string_view programVersion() { return HALYARD_VERSION; }
+
+}  // namespace halyard
