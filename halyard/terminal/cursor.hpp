@@ -8,6 +8,8 @@ namespace halyard {
 
 namespace Cursor {
 
+inline constexpr char escape = '\x1b';                         ///< begins every sequence
+inline constexpr std::string_view privateSequence = "\x1b[?";  ///< begins those that switch the cursor
 inline constexpr std::string_view home = "\x1b[H";
 inline constexpr std::string_view eraseScreen = "\x1b[H\x1b[2J\x1b[3J";  ///< also drops the scroll-back
 inline constexpr std::string_view eraseBelow = "\x1b[J";

@@ -32,9 +32,10 @@ bool rawModeActive();
 void flushPendingInput();
 
 /// One key; blocks. Outside raw mode it enters and leaves it around the read. A signal that woke the read without a key
-/// (a resumed or resized terminal) gives `unknown`, and so does the end of input.
+/// (a resumed or resized terminal) gives `unknown`, and so does the end of input. Where the terminal of standard input
+/// has gone away the process dies as by its hang-up.
 RawKey readKey();
-/// Enter as "\n", a character as itself, any other key as "".
+/// Enter as "\n", a character as itself, any other key as "". A resumed or resized terminal doesn't end the wait.
 std::string readKeyChar();
 
 /// True once standard input has ended: a reader that loops until a certain key must stop then.
@@ -46,8 +47,9 @@ bool takeScreenDamage();
 
 /// Registers, once, with atexit: the cursor shows again.
 void registerExitCursorRestore();
-/// Puts the handlers in place that restore the terminal, end the children and die by the same signal. enterRawMode()
-/// does it on its first call; the command runner restores these after its own SIGINT handler.
+/// Puts the handlers in place that restore the terminal, end the children and die by the same signal. The first raw
+/// mode does it; the command runner restores these after its own SIGINT handler. A signal that was ignored when the
+/// process started stays ignored. To be called on the main thread first.
 void installTerminalSignalHandlers();
 
 }  // namespace halyard

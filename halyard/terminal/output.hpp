@@ -11,19 +11,26 @@ void print(std::string_view text);
 void printLine(std::string_view text = {});
 void flushOutput();
 
+/// The cursor is hidden in the full-screen state and behind a spinner. A process that goes on after a stop hides it
+/// again if it was hidden by these.
+void hideCursor();
+void showCursor();
+
 /// Full-screen state: a buffer of 65,536 bytes, written only by flushOutput().
 void useFullBuffering();
 /// Plain state: each line appears at once.
 void useLineBuffering();
 
-/// From here print() collects a frame in memory. It isn't to be nested.
+/// From here print() collects a frame in memory, and flushOutput() leaves it there. It isn't to be nested.
 void beginFrame();
-/// Fits the collected frame to the terminal (see fittedFrame) and writes it in one piece.
+/// Fits the collected frame to the terminal (see fittedFrame) and writes it in one piece. Output that isn't a terminal
+/// takes it as it is.
 void endFrame();
 
 /// The frame as a terminal of this size can hold it. Lines that don't fit in height are dropped from the top, and rows
-/// of absolute cursor moves shift with them; lines that are too wide are cut, never wrapped. A frame that fits is
-/// returned as it is, but for a last line feed that would scroll.
+/// of absolute cursor moves shift with them; lines that are too wide are cut, never wrapped: here a wide character
+/// counts as the two columns that it takes. A frame that fits is returned as it is, but for a last line feed that would
+/// scroll.
 std::string fittedFrame(std::string_view frame, int rows, int columns);
 
 }  // namespace halyard

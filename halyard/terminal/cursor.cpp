@@ -1,0 +1,7 @@
+#include "halyard/terminal/cursor.hpp"
+
+namespace halyard {
+
+std::string cursorTo(int row, int column) { return "\x1b[" + std::to_string(row) + ";" + std::to_string(column) + "H"; }
+
+}  // namespace halyard
