@@ -1,10 +1,10 @@
 // Every test binary runs with a home folder of its own: the program deletes caches below HOME.
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <string>
+
+#include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
   std::string home = (std::filesystem::temp_directory_path() / "halyard-test-home-XXXXXX").string();
