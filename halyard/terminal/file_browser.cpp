@@ -2,16 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <exception>
 #include <filesystem>
 #include <tuple>
 #include <utility>
 
 #include <fmt/format.h>
-#include <sys/select.h>
-#include <sys/time.h>
-#include <unistd.h>
 
 #include "core/app_dependencies.hpp"
 #include "core/string_catalog.hpp"
@@ -34,7 +30,6 @@ constexpr auto packageExtensions = std::to_array<std::string_view>({
     ".xcodeproj", ".xcresult",      ".xctest",     ".xcworkspace",
 });
 
-constexpr int escapeSilence = 100'000;  // microseconds
 constexpr std::string_view selectionMark = "▶";
 
 FileSystemProviding& fileSystem() { return *AppDependencies::current().fileSystemClient; }
@@ -166,7 +161,9 @@ std::string dimmed(std::string_view text) {
 }
 
 MetaLine headLine(std::string_view labelKey, std::string value) {
-  return {.label = std::string(localized(labelKey)),
+  std::string_view label = localized(labelKey);
+  if (label.ends_with(':')) label.remove_suffix(1);
+  return {.label = std::string(label),
           .labelColor = std::string(Color::dim),
           .value = std::move(value),
           .valueColor = std::string(Color::bold)};
@@ -195,7 +192,7 @@ std::string entryRow(const FileBrowserEntry& entry, bool selected, int columns) 
 }
 
 std::string moreLine(std::string_view arrow, std::string_view key, int count) {
-  return count > 0 ? dimmed("  " + std::string(arrow) + "  … " + localizedFormat(key, count)) : "";
+  return count > 0 ? dimmed(fmt::format("  {}  … {} {}", arrow, count, localized(key))) : "";
 }
 
 /// The keys that hold for the whole screen. Where they don't all fit, the way out is what stays.
@@ -242,14 +239,14 @@ class BrowsingScreen {
  public:
   BrowsingScreen() : wasRaw_(rawModeActive()) {
     enterRawMode();
-    print(Cursor::hide);
-    clearScreen();
+    hideCursor();
   }
   ~BrowsingScreen() {
     clearScreen();
-    if (!wasRaw_) print(Cursor::show);
+    if (wasRaw_) return;
+    showCursor();
     flushOutput();
-    if (!wasRaw_) leaveRawMode();
+    leaveRawMode();
   }
   BrowsingScreen(const BrowsingScreen&) = delete;
   BrowsingScreen& operator=(const BrowsingScreen&) = delete;
@@ -265,34 +262,16 @@ void showFrame(FileBrowser& browser, bool fromScratch) {
   endFrame();
 }
 
-/// Whether a byte comes before the silence that tells a lone Esc from a sequence.
-bool byteArrives() {
-  fd_set input;
-  FD_ZERO(&input);
-  FD_SET(STDIN_FILENO, &input);
-  timeval silence{.tv_sec = 0, .tv_usec = escapeSilence};
-  return select(STDIN_FILENO + 1, &input, nullptr, nullptr, &silence) > 0;
-}
-
-/// A byte of the keyboard; a resized or resumed terminal is drawn anew on the way. Nothing at the end of input.
-std::optional<std::uint8_t> readByte(FileBrowser& browser, bool wait) {
-  for (;;) {
-    if (takeScreenDamage()) showFrame(browser, true);
-    if (!wait && !byteArrives()) return {};
-    std::uint8_t byte = 0;
-    const ssize_t count = read(STDIN_FILENO, &byte, 1);
-    if (count < 0 && errno == EINTR) continue;
-    if (count != 1) return {};
-    return byte;
-  }
-}
-
 FileBrowserStep browse(FileBrowser& browser) {
-  const ByteSource keyboard = [&](bool wait) { return readByte(browser, wait); };
   FileBrowserStep step = FileBrowserStep::stay;
+  bool fromScratch = true;
   while (step == FileBrowserStep::stay) {
-    showFrame(browser, false);
-    step = handleFileBrowserKey(browser, decodeKey(keyboard));
+    showFrame(browser, fromScratch);
+    const RawKey key = readKey();
+    fromScratch = takeScreenDamage();
+    // A resized or resumed terminal woke the read: that is no key.
+    if (fromScratch && key.kind == RawKey::Kind::unknown) continue;
+    step = handleFileBrowserKey(browser, key);
   }
   return step;
 }
@@ -362,14 +341,15 @@ std::string drawFileBrowser(FileBrowser& browser, int rows, int columns) {
   const int marksAndFooter = 3;
   const int visible = std::max(rows - static_cast<int>(lines.size()) - marksAndFooter, 1);
   appendList(lines, browser, visible, columns);
-  lines.push_back(footer(columns));
+  lines.push_back(std::string(Cursor::eraseBelow) + footer(columns));
 
   std::string frame;
   for (const std::string& line : lines) {
     if (!frame.empty()) frame += "\n";
-    frame += clippedVisible(line, columns) + std::string(Cursor::eraseLineEnd);
+    // Before the text: behind a text of full width it would take the last character.
+    frame += std::string(Cursor::eraseLineEnd) + clippedVisible(line, columns);
   }
-  return frame + std::string(Cursor::eraseBelow);
+  return frame;
 }
 
 std::optional<std::string> browseFiles(std::string_view title, const std::vector<std::string>& allowedExtensions,

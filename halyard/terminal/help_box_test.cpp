@@ -88,7 +88,7 @@ TEST(HelpBox, AllItsRowsAreOfOneWidth) {
 }
 
 TEST(HelpBox, TheTitleStandsInTheUpperBorderAndTheHintInTheLower) {
-  loadStringCatalog();
+  loadStringCatalog({});
   int scroll = 0;
   const std::vector<std::string> rows = rowsOf(helpBox({"Cleaning", "text"}, 15, 16, scroll));
   EXPECT_EQ(rows.front().find("┌─ Cleaning ─"), 0U);

@@ -140,7 +140,7 @@ TEST(Markdown, ATableAtTheEndOfTheTextIsPrinted) {
 
 TEST(Markdown, NoControlCharacterOfTheTextGetsThrough) {
   const std::string evil = "\x1b[2J\x07\x9b\xc2\x9b\r\x7f";
-  for (const std::string& frame : {"", "# ", "> ", "- ", "1. ", "```\n", "| ", "**", "`"}) {
+  for (const std::string frame : {"", "# ", "> ", "- ", "1. ", "```\n", "| ", "**", "`"}) {
     const std::string rendered = render(frame + evil + " **" + evil + "** `" + evil + "`");
     EXPECT_EQ(rendered.find("\x1b[2J"), std::string::npos) << frame;
     const std::string rest = stripAnsi(rendered);
