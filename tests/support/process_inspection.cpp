@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -108,12 +109,18 @@ class WaitingCall {
   std::array<std::uint64_t, 6> arguments_{};
 };
 
-unsigned long long wakeUpsOf(pid_t process, pid_t thread) {
-  constexpr std::string_view label = "\nvoluntary_ctxt_switches:";
-  const std::string status =
-      fileText("/proc/" + std::to_string(process) + "/task/" + std::to_string(thread) + "/status");
-  const std::size_t start = status.find(label);
-  return start == std::string::npos ? 0 : std::strtoull(status.c_str() + start + label.size(), nullptr, 10);
+struct ThreadStatus {
+  bool sleeps = false;  // neither running nor stopped
+  unsigned long long wakeUps = 0;
+};
+
+ThreadStatus statusOf(pid_t process, pid_t thread) {
+  constexpr std::string_view switches = "\nvoluntary_ctxt_switches:";
+  const std::string text = fileText("/proc/" + std::to_string(process) + "/task/" + std::to_string(thread) + "/status");
+  const std::size_t start = text.find(switches);
+  if (start == std::string::npos) return {};
+  return {text.find("\nState:\tS") != std::string::npos,
+          std::strtoull(text.c_str() + start + switches.size(), nullptr, 10)};
 }
 
 struct ProcessStatus {
@@ -148,8 +155,10 @@ bool canInspectProcesses() {
 
 std::optional<BlockedReader> blockedReader(pid_t process, const std::string& terminalName) {
   for (const pid_t thread : numberedEntries("/proc/" + std::to_string(process) + "/task")) {
-    const unsigned long long wakeUps = wakeUpsOf(process, thread);
-    if (WaitingCall(process, thread, terminalName).waitsForTerminal()) return BlockedReader{thread, wakeUps};
+    const ThreadStatus status = statusOf(process, thread);
+    if (status.sleeps && WaitingCall(process, thread, terminalName).waitsForTerminal()) {
+      return BlockedReader{thread, status.wakeUps};
+    }
   }
   return std::nullopt;
 }

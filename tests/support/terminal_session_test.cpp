@@ -140,14 +140,12 @@ TEST(TerminalSession, ColoursAndAttributesAreThoseOfTheCell) {
 }
 
 TEST(TerminalSession, AResizeIsToldToTheProgram) {
-  TerminalSession session(bash("trap 'stty size' WINCH; echo up; while ! read -r line; do :; done"));
+  TerminalSession session(bash("trap 'stty size; kill $!' WINCH; sleep 60 & echo up; wait; wait"));
   ASSERT_TRUE(session.waitFor("up"));
-  ASSERT_TRUE(session.waitUntilIdle());
   session.resize(12, 50);
   ASSERT_TRUE(session.waitFor("12 50"));
   EXPECT_EQ(session.rows().size(), 12u);
-  session.send(Key::enter);
-  session.expectCleanEnd();
+  session.waitForExit();
 }
 
 TEST(TerminalSession, AClosedTerminalHangsTheProgramUp) {
@@ -158,7 +156,9 @@ TEST(TerminalSession, AClosedTerminalHangsTheProgramUp) {
 }
 
 TEST(TerminalSession, StopAndContinueThroughAShell) {
-  SessionOptions options = bash(rawProgram);
+  SessionOptions options = bash("");
+  options.arguments = {"raw.sh"};
+  options.homeFiles = {{"raw.sh", rawProgram}};
   options.throughShell = true;
   TerminalSession session(options);
   ASSERT_TRUE(session.waitFor("ready"));
@@ -168,9 +168,9 @@ TEST(TerminalSession, StopAndContinueThroughAShell) {
   ASSERT_TRUE(session.waitUntilIdle());
   session.send("fg\r");
   ASSERT_TRUE(session.waitUntilIdle());
-  session.send("k");
+  session.send("k\r");  // the shell has put the terminal back in line mode, and this program doesn't mind
   ASSERT_TRUE(session.waitFor("key k"));
-  session.send("q");
+  session.send("q\r");
   ASSERT_TRUE(session.waitUntilIdle());
   session.send("exit\r");
   session.expectCleanEnd();
@@ -194,7 +194,7 @@ TEST(TerminalSession, TitleBellAndCursorAreKept) {
 
 TEST(TerminalSession, AReportTheProgramAsksForIsAnswered) {
   TerminalSession session(bash(R"(stty -icanon -echo; printf '\e[4;7H\e[6n'; IFS= read -rsd R r; printf '%q' "$r")"));
-  EXPECT_TRUE(session.waitFor("4\\;7"));
+  EXPECT_TRUE(session.waitFor("[4;7"));
 }
 
 TEST(TerminalSession, WideAndCombiningCharactersKeepTheirColumns) {
@@ -261,14 +261,13 @@ TEST(TerminalSession, TheFolderGoesWithTheSession) {
 }
 
 TEST(TerminalSession, WhatIsLeftRunningIsEndedWithTheSession) {
-  std::string pid;
+  std::string home;
   {
-    TerminalSession session(bash("trap '' HUP TERM; setsid sleep 300 & echo $! ; wait"));
-    ASSERT_TRUE(session.waitFor("row 0 to hold a number", [&] { return !session.row(0).empty(); }));
+    TerminalSession session(bash("trap '' HUP TERM; setsid sleep 300 & wait"));
     ASSERT_TRUE(session.waitFor("a child", [&] { return session.childrenLeft().size() == 1; }));
-    pid = session.row(0);
+    home = session.home();
   }
-  EXPECT_NE(kill(std::stoi(pid), 0), 0);
+  EXPECT_TRUE(processesOf(-1, "HALYARD_DEMO_HOME=" + home).empty());
 }
 
 // What the checks say when they don't hold.
