@@ -144,11 +144,16 @@ std::string titleLines(bool compact) {
          line(" " + styled(Color::dim, localized(compact ? "header_links_compact" : "header_links")));
 }
 
+std::string placeLabel(std::string_view label, std::string_view value) {
+  return fmt::format(" {}{}{}", Color::boldBlue, padVisible(fmt::format("{}:{}", label, Color::reset), 9), value);
+}
+
 std::string factLines(const HeaderFacts& facts) {
   std::string project = orDash(std::filesystem::path(projectPath()).filename().string());
   if (graphemeCount(project) > longestProject) project = shortened(project, longestProject);
   return line(boxLabel("Xcode", orDash(facts.xcodeVersion)) + "  " + boxLabel("Swift", orDash(facts.swiftVersion))) +
-         line(boxLabel("Projekt", project)) + line(boxLabel("Branch", shortened(orDash(facts.branch), longestProject)));
+         line(placeLabel("Projekt", project)) +
+         line(placeLabel("Branch", shortened(orDash(facts.branch), longestProject)));
 }
 
 std::string selectionLine(const SelectionRow& row) {
