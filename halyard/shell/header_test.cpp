@@ -133,7 +133,7 @@ TEST_F(Header, AProjectNameOf72CharactersIsWholeAndOneOf73IsCut) {
   };
   EXPECT_THAT(shownFor(72), HasSubstr(repeated("p", 62) + ".xcodeproj"));
   const std::string cut = shownFor(73);
-  EXPECT_THAT(cut, HasSubstr(repeated("p", 63) + ".xcodep…"));
+  EXPECT_THAT(cut, HasSubstr(repeated("p", 63) + ".xcodepr…"));
   setSelectedProjectFilePath({});
   detectProject();
 }
@@ -184,7 +184,7 @@ TEST_F(Header, FailingToolsShowDashes) {
   const std::string frame = stripAnsi(drawn());
   EXPECT_THAT(frame, HasSubstr("Xcode:  —"));
   EXPECT_THAT(frame, HasSubstr("Swift:  —"));
-  EXPECT_THAT(frame, HasSubstr("Branch: —"));
+  EXPECT_THAT(frame, HasSubstr("Branch:  —"));
   drawn();
   EXPECT_EQ(calls("git branch"), 1) << "an empty answer is an answer";
 }

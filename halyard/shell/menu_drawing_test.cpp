@@ -134,7 +134,7 @@ TEST_F(MenuDrawing, ALabelThatWouldTouchTheFrameIsCutAndLosesItsColours) {
   add(63);
   const auto all = lines({category}, {});
   EXPECT_THAT(plain(all[0]), HasSubstr(repeated("x", 62) + " │"));
-  EXPECT_THAT(plain(all[1]), HasSubstr("│ " + repeated("x", 61) + "…  │"));
+  EXPECT_THAT(plain(all[1]), HasSubstr("│ " + repeated("x", 61) + "… │"));
   EXPECT_THAT(all[1], testing::Not(HasSubstr("\x1b[31m")));
 }
 
