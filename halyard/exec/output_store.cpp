@@ -3,85 +3,96 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
-
-#include <sys/mman.h>
+#include <utility>
 
 #include "core/text.hpp"
+#include "halyard/platform/memory_hints.hpp"
 
 namespace halyard {
 
 namespace {
 
-constexpr std::size_t segmentSize = std::size_t{4} << 20U;
-constexpr std::size_t largestChunk = std::size_t{256} << 10U;
-constexpr std::size_t smallestRoom = std::size_t{64} << 10U;
-static_assert(2 * largestChunk <= segmentSize, "a chunk read as Latin-1 doubles at most and must fit a fresh segment");
+constexpr std::size_t kilobyte = 1024;
+constexpr std::size_t megabyte = kilobyte * kilobyte;
+constexpr std::size_t firstChunk = 64 * kilobyte;
+constexpr std::size_t largestChunk = 256 * kilobyte;
+constexpr std::size_t firstCapacity = megabyte;
+constexpr std::size_t growth = 32;
+constexpr std::size_t worthLargePages = 16 * megabyte;
+constexpr std::size_t moveStep = 4 * megabyte;
+
+/// A string with room for `wanted` or, where the system allows it, much more.
+std::string roomyString(std::size_t wanted, std::size_t capacity) {
+  std::string text;
+  for (; capacity > wanted; capacity /= 4) {
+    try {
+      text.reserve(capacity);
+      return text;
+    } catch (const std::bad_alloc&) {
+    }
+  }
+  text.reserve(wanted);
+  return text;
+}
 
 }  // namespace
 
-void OutputStore::Unmap::operator()(char* memory) const noexcept { munmap(memory, segmentSize); }
+/// The old text goes back to the system while it is copied.
+void OutputStore::moveTo(std::size_t wanted) {
+  const std::size_t capacity = text_.empty() ? firstCapacity : std::max(firstCapacity, text_.capacity() * growth);
+  std::string roomy = roomyString(wanted, capacity);
+  if (roomy.capacity() >= worthLargePages) preferLargePages(roomy.data(), roomy.capacity());
+  for (std::size_t moved = 0; moved < used_; moved += moveStep) {
+    const std::size_t step = std::min(moveStep, used_ - moved);
+    roomy.append(text_, moved, step);
+    if (used_ > moveStep) discardContents(text_.data() + moved, step);
+  }
+  text_ = std::move(roomy);
+}
 
-std::size_t OutputStore::left() const { return segments_.empty() ? 0 : segmentSize - segments_.back().size; }
-
-void OutputStore::addSegment() {
-  void* memory = mmap(nullptr, segmentSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (memory == MAP_FAILED) throw std::bad_alloc();
-  segments_.push_back({.memory = std::unique_ptr<char, Unmap>(static_cast<char*>(memory)), .size = 0, .text = {}});
+void OutputStore::makeRoom(std::size_t wanted) {
+  if (text_.size() - used_ >= wanted) return;
+  if (text_.capacity() - used_ < wanted) moveTo(used_ + wanted);
+  text_.resize(used_ + wanted);
 }
 
 std::span<char> OutputStore::room() {
-  if (left() < smallestRoom) addSegment();
-  const Segment& last = segments_.back();
-  return {last.memory.get() + last.size, std::min(left(), largestChunk)};
+  dropLeadingSpace();
+  const std::size_t chunk = used_ < firstChunk ? firstChunk : largestChunk;
+  makeRoom(chunk);
+  return std::span(text_).subspan(used_, chunk);
 }
 
 std::string_view OutputStore::keep(std::size_t size) {
-  const std::string_view chunk(segments_.back().memory.get() + segments_.back().size, size);
-  if (isValidUtf8(chunk)) {
-    segments_.back().size += size;
-    return chunk;
+  std::string_view chunk(text_.data() + used_, size);
+  if (!isValidUtf8(chunk)) {
+    const std::string decoded = decodedText(chunk);
+    makeRoom(decoded.size());
+    std::memcpy(text_.data() + used_, decoded.data(), decoded.size());
+    chunk = {text_.data() + used_, decoded.size()};
   }
-  const std::string text = decodedText(chunk);
-  if (left() < text.size()) addSegment();
-  Segment& last = segments_.back();
-  char* place = last.memory.get() + last.size;
-  std::memcpy(place, text.data(), text.size());
-  last.size += text.size();
-  return {place, text.size()};
+  used_ += chunk.size();
+  return chunk;
 }
 
-/// Each chunk is whole text, so no character lies across two segments.
-std::size_t OutputStore::trimSegments() {
-  for (Segment& segment : segments_) segment.text = {segment.memory.get(), segment.size};
-  for (Segment& segment : segments_) {
-    const std::string_view inner = trimmed(segment.text);
-    if (inner.empty()) {
-      segment.text = {};
-      continue;
-    }
-    segment.text.remove_prefix(static_cast<std::size_t>(inner.data() - segment.text.data()));
-    break;
-  }
-  for (auto segment = segments_.rbegin(); segment != segments_.rend(); ++segment) {
-    const std::string_view inner = trimmed(segment->text);
-    segment->text = segment->text.substr(
-        0, inner.empty() ? 0 : static_cast<std::size_t>(inner.data() + inner.size() - segment->text.data()));
-    if (!segment->text.empty()) break;
-  }
-  std::size_t total = 0;
-  for (const Segment& segment : segments_) total += segment.text.size();
-  return total;
+/// Done while the text is one chunk: later all of it would have to move.
+void OutputStore::dropLeadingSpace() {
+  if (begun_ || used_ == 0) return;
+  const std::string_view kept(text_.data(), used_);
+  const std::string_view inner = trimmed(kept);
+  begun_ = !inner.empty();
+  const std::size_t leading = begun_ ? static_cast<std::size_t>(inner.data() - kept.data()) : used_;
+  used_ -= leading;
+  if (leading > 0) std::memmove(text_.data(), text_.data() + leading, used_);
 }
 
-std::string OutputStore::joinedTrimmed() {
-  std::string joined;
-  joined.reserve(trimSegments());
-  for (Segment& segment : segments_) {
-    joined += segment.text;
-    segment.memory.reset();
-  }
-  segments_.clear();
-  return joined;
+std::string OutputStore::takeTrimmed() {
+  dropLeadingSpace();
+  text_.resize(trimmed({text_.data(), used_}).size());
+  if (text_.size() < firstCapacity / 2) text_.shrink_to_fit();
+  used_ = 0;
+  begun_ = false;
+  return std::exchange(text_, {});
 }
 
 }  // namespace halyard

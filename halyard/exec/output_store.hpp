@@ -1,40 +1,31 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace halyard {
 
-/// Keeps the output of a run chunk by chunk and joins it once. Its memory comes in segments straight from the system
-/// and goes back there one by one while the result is built, so that a large output is never held twice.
+/// Keeps the output of a run, chunk by chunk, where the result will stand, so that a large output is neither joined at
+/// the end nor held twice. It reserves far ahead, which costs address space only.
 class OutputStore {
  public:
   /// Where the next chunk is to be read to. Never empty; valid until the next call.
   std::span<char> room();
-  /// The first `size` bytes of the room are a chunk: keeps it, as text. The view holds until the store is joined.
+  /// The first `size` bytes of the room are a chunk: keeps it, as text. The view holds until the next call.
   std::string_view keep(std::size_t size);
   /// All chunks without what is white space at either end. Leaves the store empty.
-  std::string joinedTrimmed();
+  std::string takeTrimmed();
 
  private:
-  struct Unmap {
-    void operator()(char* memory) const noexcept;
-  };
-  struct Segment {
-    std::unique_ptr<char, Unmap> memory;
-    std::size_t size = 0;
-    std::string_view text;  ///< set when joining
-  };
+  void makeRoom(std::size_t wanted);
+  void moveTo(std::size_t capacity);
+  void dropLeadingSpace();
 
-  [[nodiscard]] std::size_t left() const;
-  void addSegment();
-  std::size_t trimSegments();
-
-  std::vector<Segment> segments_;
+  std::string text_;      // as long as what was ever made room for: a string's unused room may not be written to
+  std::size_t used_ = 0;  // of the text
+  bool begun_ = false;    // the text begins with something else than white space
 };
 
 }  // namespace halyard

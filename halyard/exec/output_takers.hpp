@@ -51,7 +51,7 @@ class HandledLines final : public OutputTaker {
   HandledLines(const StopTest& shouldStop, const LineHandler& onLine) : shouldStop_(shouldStop), onLine_(onLine) {}
   std::span<char> room() override { return store_.room(); }
   bool take(std::size_t size, RunState& run) override;
-  std::string output() { return store_.joinedTrimmed(); }
+  std::string output() { return store_.takeTrimmed(); }
 
  private:
   const StopTest& shouldStop_;

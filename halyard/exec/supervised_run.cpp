@@ -55,6 +55,22 @@ class OwnedPipe {
   PipeEnds ends_;
 };
 
+/// Threads made while this lives leave all signals to the others: what they wait for isn't interrupted.
+class AllSignalsHeld {
+ public:
+  AllSignalsHeld() {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before_);
+  }
+  ~AllSignalsHeld() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+  AllSignalsHeld(const AllSignalsHeld&) = delete;
+  AllSignalsHeld& operator=(const AllSignalsHeld&) = delete;
+
+ private:
+  sigset_t before_{};
+};
+
 /// The threads of one run. The state is shared because the thread that waits for the child stays behind where nothing
 /// can end the child: one that runs as another user, say.
 class SupervisedRun {
@@ -115,6 +131,7 @@ int SupervisedRun::start(const std::string& command) {
     if (const int error = openPipes(); error != 0) return error;
   }
   try {
+    const AllSignalsHeld signals;
     // The reader stands before there is anything to read.
     if (reader_) startReader();
     childThread_ = std::thread([state = state_, command, output = output_.writeEnd()] {
