@@ -115,7 +115,7 @@ class FrameFitter {
     switch (token.kind) {
       case Token::Kind::text: takeText(token); break;
       case Token::Kind::lineFeed: takeLineFeed(); break;
-      case Token::Kind::move: takeMove(token.target); break;
+      case Token::Kind::move: takeMove(token); break;
       case Token::Kind::erase:
         if (onScreen() && place_.column <= columns_) fitted_ += token.bytes;
         break;
@@ -144,12 +144,18 @@ class FrameFitter {
 
   /// A row above the screen is entered at its top, from where the kept rows follow; one below it is its last row, where
   /// nothing may be written.
-  void takeMove(Place target) {
-    const int row = target.row - dropped_;
+  void takeMove(const Token& token) {
+    const int row = token.target.row - dropped_;
+    const int column = std::min(token.target.column, columns_);
     parked_ = row > rows_;
     atBottom_ = false;
-    fitted_ +=
-        row < 1 ? std::string(Cursor::home) : cursorTo(std::min(row, rows_), std::clamp(target.column, 1, columns_));
+    if (row < 1) {
+      fitted_ += Cursor::home;
+    } else if (row == token.target.row && row <= rows_ && column == token.target.column) {
+      fitted_ += token.bytes;
+    } else {
+      fitted_ += cursorTo(std::min(row, rows_), column);
+    }
   }
 
   int rows_;

@@ -98,16 +98,30 @@ std::optional<InputByte> takeReadAhead() {
   return InputByte{InputByte::Outcome::byte, static_cast<std::uint8_t>(input.bytes[input.begin++])};
 }
 
+/// Waits for descriptor 0; without a limit where none is given. As pselect(2), since some systems have no poll(2) for
+/// terminals.
+int selectInput(const timespec* limit, const sigset_t* mask) {
+  fd_set waiting;
+  FD_ZERO(&waiting);
+  FD_SET(STDIN_FILENO, &waiting);
+  return pselect(STDIN_FILENO + 1, &waiting, nullptr, nullptr, limit, mask);
+}
+
 /// True when descriptor 0 can be read; false after the silence.
 bool readableWithin(int milliseconds) {
-  // Not poll(), which some systems don't have for terminals.
+  const timespec limit{milliseconds / 1000, milliseconds % 1000 * 1000000L};
   for (;;) {
-    fd_set waiting;
-    FD_ZERO(&waiting);
-    FD_SET(STDIN_FILENO, &waiting);
-    timeval limit{milliseconds / 1000, milliseconds % 1000 * 1000};
-    const int ready = select(STDIN_FILENO + 1, &waiting, nullptr, nullptr, &limit);
+    const int ready = selectInput(&limit, nullptr);
     if (ready >= 0 || errno != EINTR) return ready != 0;
+  }
+}
+
+/// False when a signal asks for a wake-up before there is something to read; also one that came just before the wait.
+bool readableUnlessWoken() {
+  const InterruptionsHeld held;
+  for (;;) {
+    if (takeWakeUp()) return false;
+    if (selectInput(nullptr, &held.before()) >= 0 || errno != EINTR) return true;
   }
 }
 
@@ -122,7 +136,7 @@ InputByte waitForInputByte(bool wakeable) {
   inputIsTerminal();
   for (;;) {
     if (const auto kept = takeReadAhead()) return *kept;
-    if (wakeable && takeWakeUp()) return {InputByte::Outcome::woken, 0};
+    if (wakeable && !readableUnlessWoken()) return {InputByte::Outcome::woken, 0};
     // One by one, so that what isn't read by us is left to a child that shares the terminal.
     if (fill(1) == Filled::ended) return {};
   }

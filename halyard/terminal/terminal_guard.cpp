@@ -99,14 +99,20 @@ bool passedToMainThread(int signal) noexcept {
 
 void onDeadlySignal(int signal) { dieBySignal(signal); }
 
+/// Then its handler follows, and does what is to be done after a stop.
+bool resumeIsPending() noexcept {
+  sigset_t pending;
+  return sigpending(&pending) == 0 && sigismember(&pending, SIGCONT) == 1;
+}
+
 void onStop(int signal) {
   const int savedError = errno;
   if (!passedToMainThread(signal)) {
     undoChanges();
     raiseByDefault(signal);
     setHandling(signal, onStop);
-    // Also where the stop had no effect, as in an orphaned process group.
-    redoChanges();
+    // The stop had no effect, as in an orphaned process group.
+    if (!resumeIsPending()) redoChanges();
   }
   errno = savedError;
 }

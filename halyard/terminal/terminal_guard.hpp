@@ -52,6 +52,9 @@ class InterruptionsHeld {
   InterruptionsHeld(const InterruptionsHeld&) = delete;
   InterruptionsHeld& operator=(const InterruptionsHeld&) = delete;
 
+  /// The mask to wait with: what was held off is let through for as long as pselect(2) waits, and not a moment before.
+  [[nodiscard]] const sigset_t& before() const { return before_; }
+
  private:
   sigset_t before_;
 };
