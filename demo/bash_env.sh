@@ -1,0 +1,13 @@
+# Read by every bash of the demo (BASH_ENV). Bash looks a function up by the word as it was typed, slashes included: so a
+# tool that is called by its path is the demo's as well.
+for halyard_demo_path in \
+  /usr/bin/codesign /usr/bin/defaults /usr/bin/hdiutil /usr/bin/lipo /usr/bin/open /usr/bin/osascript /usr/bin/plutil \
+  /usr/bin/pbcopy /usr/bin/security /usr/bin/sw_vers /usr/bin/mdfind /usr/bin/swift /usr/bin/xcode-select \
+  /usr/bin/xcodebuild /usr/bin/xcrun /usr/libexec/PlistBuddy
+do
+  # Only what the demo has; for the rest the path means what it says.
+  if [ -e "${HALYARD_DEMO_ROOT:?}/bin/${halyard_demo_path##*/}" ]; then
+    eval "$halyard_demo_path() { command ${halyard_demo_path##*/} \"\$@\"; }"
+  fi
+done
+unset halyard_demo_path

@@ -1,0 +1,24 @@
+"""The table of tools: one row each. After a change of it run make_entries."""
+
+from collections import namedtuple
+
+# name: the word the tool is called by. module: the file in this package whose run(arguments, state) serves it.
+# on_path: has an entry in bin/; the others are reached through xcrun only.
+Tool = namedtuple("Tool", "name module on_path")
+
+TOOLS = (
+    Tool("defaults", "defaults", True),
+    Tool("devicectl", "devicectl", False),
+    Tool("mdfind", "mdfind", True),
+    Tool("open", "open_tool", True),
+    Tool("osascript", "osascript", True),
+    Tool("pbcopy", "pasteboard", True),
+    Tool("simctl", "simctl", False),
+    Tool("sw_vers", "sw_vers", True),
+    Tool("swift", "swift", True),
+    Tool("xcode-select", "xcode_select", True),
+    Tool("xcodebuild", "xcodebuild", True),
+    Tool("xcrun", "xcrun", True),
+)
+
+BY_NAME = {tool.name: tool for tool in TOOLS}
