@@ -35,7 +35,7 @@ class DirectorySetup : public ShellTest {
                                 .selectScheme = [] { performed().emplace_back("scheme"); },
                                 .selectTestScheme = [] { performed().emplace_back("test scheme"); },
                                 .selectDevice = [] { performed().emplace_back("device"); }});
-    files.add(project_);
+    files.addFolder(project_);
     setSelectedFileBrowserPath(folder.at("work"));
     setSelectedScheme("Old");
     setSelectedTestScheme("Old");

@@ -1,6 +1,7 @@
 // A file tree in memory. A folder has to be added before what it holds is listed.
 #pragma once
 
+#include <cstdlib>
 #include <map>
 #include <set>
 #include <string>
@@ -69,7 +70,11 @@ class MemoryFileSystem final : public FileSystemProviding {
     addFolder(path);
   }
 
-  [[nodiscard]] std::string homeDirectoryPath() const override { return "/home/tester"; }
+  /// The test's own home folder, so that what the program keeps there can be written and read.
+  [[nodiscard]] std::string homeDirectoryPath() const override {
+    const char* home = std::getenv("HOME");
+    return home != nullptr ? home : "/";
+  }
 
  private:
   std::map<std::string, FileType> items_;
