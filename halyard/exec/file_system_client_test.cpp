@@ -1,7 +1,5 @@
 #include "halyard/exec/file_system_client.hpp"
 
-#include <sys/stat.h>
-
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -10,6 +8,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "tests/support/temporary_folder.hpp"
 

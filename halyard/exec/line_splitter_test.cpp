@@ -33,7 +33,8 @@ TEST(LineSplitter, ACarriageReturnStaysInALineThatEndsInALineFeed) {
 
 TEST(LineSplitter, EitherCharacterCanEndALine) {
   LineSplitter splitter(LineEnds::lineFeedOrCarriageReturn);
-  EXPECT_THAT(linesOf(splitter, {"10%\r20", "%\r\nlast\ntail\r", "\n"}), ElementsAre("10%", "20%", "", "last", "tail", ""));
+  EXPECT_THAT(linesOf(splitter, {"10%\r20", "%\r\nlast\ntail\r", "\n"}),
+              ElementsAre("10%", "20%", "", "last", "tail", ""));
   EXPECT_EQ(splitter.remainder(), "");
 }
 
@@ -45,7 +46,8 @@ TEST(LineSplitter, EveryWayToCutATextGivesTheSameLines) {
     for (std::size_t first = 0; first <= text.size(); ++first) {
       for (std::size_t second = first; second <= text.size(); ++second) {
         LineSplitter cut(ends);
-        EXPECT_EQ(linesOf(cut, {text.substr(0, first), text.substr(first, second - first), text.substr(second)}), expected);
+        EXPECT_EQ(linesOf(cut, {text.substr(0, first), text.substr(first, second - first), text.substr(second)}),
+                  expected);
         EXPECT_EQ(cut.remainder(), whole.remainder());
       }
     }

@@ -23,9 +23,8 @@ int addActions(const ChildStart& start, posix_spawn_file_actions_t& actions, sho
 }
 
 int setAttributes(posix_spawnattr_t& attributes, short flags) noexcept {
-  sigset_t all;
+  const sigset_t all = everySignal();
   sigset_t none;
-  sigfillset(&all);
   sigemptyset(&none);
   int error = posix_spawnattr_setsigdefault(&attributes, &all);
   if (error == 0) error = posix_spawnattr_setsigmask(&attributes, &none);

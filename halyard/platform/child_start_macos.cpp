@@ -26,6 +26,12 @@ int inheritStandardStreamsOnly(posix_spawn_file_actions_t& actions, short& flags
   return error;
 }
 
+sigset_t everySignal() noexcept {
+  sigset_t all;
+  sigfillset(&all);
+  return all;
+}
+
 int openPipe(PipeEnds& ends) noexcept {
   int both[2] = {-1, -1};
   if (pipe(both) != 0) return errno;

@@ -1,4 +1,5 @@
 #include <cerrno>
+#include <cstring>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -10,6 +11,13 @@ namespace halyard {
 
 int inheritStandardStreamsOnly(posix_spawn_file_actions_t& actions, short&) noexcept {
   return posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+}
+
+sigset_t everySignal() noexcept {
+  // sigfillset leaves out two signals of the C library, which posix_spawn would then start the child with ignored.
+  sigset_t all;
+  std::memset(&all, 0xFF, sizeof all);
+  return all;
 }
 
 int openPipe(PipeEnds& ends) noexcept {
