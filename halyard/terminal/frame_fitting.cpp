@@ -20,8 +20,8 @@ struct Place {
 
 /// The next thing in a frame that moves the cursor, or doesn't.
 struct Token {
-  enum class Kind { text, lineFeed, carriageReturn, move, erase, other };
-  Kind kind = Kind::other;
+  enum class Kind { text, lineFeed, carriageReturn, move, erase, sequence, control };
+  Kind kind = Kind::control;
   std::string_view bytes;
   int cells = 0;  ///< of a text, which is one scalar
   Place target;   ///< of a move
@@ -50,8 +50,8 @@ bool erasesFromCursor(std::string_view sequence) {
 /// Also of the private sequences, with "?", that switch the cursor.
 std::size_t sequenceLength(std::string_view text) {
   if (!text.starts_with(Cursor::privateSequence)) return controlSequenceLength(text);
-  const std::size_t letter = text.find_first_not_of("0123456789;", Cursor::privateSequence.size());
-  return letter == std::string_view::npos ? 0 : letter + 1;
+  const std::size_t last = text.find_first_not_of("0123456789;", Cursor::privateSequence.size());
+  return last != std::string_view::npos && (text[last] == 'h' || text[last] == 'l') ? last + 1 : 0;
 }
 
 Token nextToken(std::string_view rest) {
@@ -60,11 +60,11 @@ Token nextToken(std::string_view rest) {
   if (const std::size_t length = sequenceLength(rest); length != 0) {
     const std::string_view bytes = rest.substr(0, length);
     if (bytes.back() == 'H' || bytes.back() == 'f') return {Token::Kind::move, bytes, 0, moveTarget(bytes)};
-    return {erasesFromCursor(bytes) ? Token::Kind::erase : Token::Kind::other, bytes, 0, {}};
+    return {erasesFromCursor(bytes) ? Token::Kind::erase : Token::Kind::sequence, bytes, 0, {}};
   }
   const ScalarPiece piece = scalarAt(rest);
   const bool isControl = piece.length == 1 && static_cast<unsigned char>(rest[0]) < 0x20;
-  return {isControl ? Token::Kind::other : Token::Kind::text, rest.substr(0, piece.length), piece.cells, {}};
+  return {isControl ? Token::Kind::control : Token::Kind::text, rest.substr(0, piece.length), piece.cells, {}};
 }
 
 template <typename Take>
@@ -83,7 +83,8 @@ void advance(Place& place, const Token& token) {
     case Token::Kind::carriageReturn: place.column = 1; break;
     case Token::Kind::move: place = token.target; break;
     case Token::Kind::erase:
-    case Token::Kind::other: break;
+    case Token::Kind::sequence:
+    case Token::Kind::control: break;
   }
 }
 
@@ -122,7 +123,9 @@ class FrameFitter {
       case Token::Kind::carriageReturn:
         if (onScreen() && !atBottom_) fitted_ += token.bytes;
         break;
-      case Token::Kind::other: fitted_ += token.bytes; break;
+      case Token::Kind::sequence: fitted_ += token.bytes; break;
+      // Kept, an escape could make a sequence with what follows the text that is cut.
+      case Token::Kind::control: break;
     }
     if (!atBottom_ || token.kind == Token::Kind::move) advance(place_, token);
   }

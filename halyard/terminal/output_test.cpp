@@ -206,6 +206,10 @@ TEST(FittedFrame, SwitchingTheCursorTakesNoColumn) {
   EXPECT_EQ(fittedFrame("\x1b[?25labcd\n", 5, 4), "\x1b[?25labcd\n");
 }
 
+TEST(FittedFrame, AnUnfinishedSequenceHidesNoLineFeed) {
+  EXPECT_EQ(fittedFrame("a\x1b[?25\nb\n", 2, 10), "a\x1b[?25\nb");
+}
+
 TEST(FittedFrame, AnEraseBehindACutRowIsDropped) {
   EXPECT_EQ(fittedFrame("abcdef\x1b[K\nx\x1b[K", 5, 4), "abcd\nx\x1b[K");
 }
