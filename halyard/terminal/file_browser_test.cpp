@@ -19,11 +19,11 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr RawKey up{.kind = RawKey::Kind::up, .text = {}};
-constexpr RawKey down{.kind = RawKey::Kind::down, .text = {}};
-constexpr RawKey left{.kind = RawKey::Kind::left, .text = {}};
-constexpr RawKey right{.kind = RawKey::Kind::right, .text = {}};
-constexpr RawKey enter{.kind = RawKey::Kind::enter, .text = {}};
+const RawKey up{.kind = RawKey::Kind::up, .text = {}};
+const RawKey down{.kind = RawKey::Kind::down, .text = {}};
+const RawKey left{.kind = RawKey::Kind::left, .text = {}};
+const RawKey right{.kind = RawKey::Kind::right, .text = {}};
+const RawKey enter{.kind = RawKey::Kind::enter, .text = {}};
 
 RawKey character(std::string text) { return {.kind = RawKey::Kind::character, .text = std::move(text)}; }
 
