@@ -19,6 +19,7 @@
 #include "core/string_catalog.hpp"
 #include "halyard/exec/command_runner.hpp"
 #include "halyard/exec/shell_quote.hpp"
+#include "halyard/platform/process_table.hpp"
 #include "tests/support/captured_output.hpp"
 #include "tests/support/temporary_folder.hpp"
 
@@ -69,7 +70,11 @@ inline bool eventually(const std::function<bool()>& condition) {
   return false;
 }
 
-inline bool isAlive(pid_t process) { return kill(process, 0) == 0; }
+/// One that has ended and that nobody has reaped yet is none.
+inline bool isAlive(pid_t process) {
+  ProcessRecord record;
+  return readProcess(process, record) && !record.ended;
+}
 
 /// Of a file that a command of a test writes: the id of a process.
 inline pid_t processIn(const TemporaryFolder& folder, std::string_view name) {

@@ -11,6 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "halyard/platform/process_table.hpp"
 #include "tests/support/temporary_folder.hpp"
 
 namespace halyard {
@@ -24,7 +25,11 @@ bool eventually(const std::function<bool()>& condition) {
   return false;
 }
 
-bool isAlive(pid_t process) { return kill(process, 0) == 0; }
+/// One that has ended and that nobody has reaped yet is none.
+bool isAlive(pid_t process) {
+  ProcessRecord record;
+  return readProcess(process, record) && !record.ended;
+}
 
 pid_t forkShell(const std::string& command) {
   const pid_t child = fork();

@@ -1,19 +1,22 @@
 // What the program prints, taken from file descriptor 1, and with it what children print that share it.
 #pragma once
 
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <system_error>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "halyard/terminal/output.hpp"
 
 namespace halyard {
 
-/// Collects standard output until destroyed.
+/// Collects standard output until destroyed. A test that fails meanwhile has its messages there too, so all of it is
+/// shown then.
 class CapturedOutput {
  public:
   CapturedOutput() {
@@ -26,10 +29,12 @@ class CapturedOutput {
     dup2(file_, STDOUT_FILENO);
   }
   ~CapturedOutput() {
+    const std::string shown = testing::Test::HasFailure() ? text() : std::string();
     flushOutput();
     dup2(saved_, STDOUT_FILENO);
     close(saved_);
     close(file_);
+    std::fwrite(shown.data(), 1, shown.size(), stderr);
   }
   CapturedOutput(const CapturedOutput&) = delete;
   CapturedOutput& operator=(const CapturedOutput&) = delete;
