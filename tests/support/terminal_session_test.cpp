@@ -250,6 +250,23 @@ TEST(TerminalSession, AMissingToolIsNotFound) {
   EXPECT_TRUE(session.row(1).ends_with("/ls"));
 }
 
+TEST(TerminalSession, TheDemosToolsAndSampleAppAreThere) {
+  SessionOptions options = bash(
+      "git log -1 --format=%s; xcodebuild -version; /usr/bin/xcrun simctl list devices 'iPhone 16 Pro' -j | grep -c "
+      "udid");
+  options.sampleProject = true;
+  options.demoSettings = R"({"xcode": ["15.4", "15F31d"]})";
+  TerminalSession session(options);
+  session.expectCleanEnd();
+  session.expectScreen("Take the tide tables from a package\nXcode 15.4\nBuild version 15F31d\n1\n");
+  const std::vector<JournalEntry> journal = session.journal();
+  ASSERT_EQ(journal.size(), 2u);
+  EXPECT_EQ(journal[0].line(), "xcodebuild -version");
+  EXPECT_EQ(journal[1].arguments, (std::vector<std::string>{"simctl", "list", "devices", "iPhone 16 Pro", "-j"}));
+  EXPECT_EQ(journal[1].workingDirectory, session.inHome("Harbor"));
+  EXPECT_EQ(session.callsOf("xcodebuild"), std::vector<std::string>{"xcodebuild -version"});
+}
+
 TEST(TerminalSession, TheFolderGoesWithTheSession) {
   std::string home;
   {
