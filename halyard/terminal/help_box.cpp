@@ -7,6 +7,7 @@
 #include "halyard/terminal/colors.hpp"
 #include "halyard/terminal/cursor.hpp"
 #include "halyard/terminal/output.hpp"
+#include "halyard/terminal/overlay_box.hpp"
 #include "halyard/terminal/screen.hpp"
 
 namespace halyard {
@@ -94,7 +95,7 @@ std::string helpBox(const HelpText& help, int topRow, int textRows, int& scroll)
     const bool onThumb = row >= thumb.start && row < thumb.start + thumb.length;
     drawn += cursorTo(topRow + 1 + row, boxColumn) + textRow(text, onThumb);
   }
-  return drawn + cursorTo(topRow + 1 + textRows, boxColumn) + lowerBorder();
+  return drawn + cursorTo(topRow + 1 + textRows, boxColumn) + lowerBorder() + cursorTo(rowBelowFrame, 1);
 }
 
 void drawHelpBox(const HelpText& help, int topRow, int textRows, int& scroll) {

@@ -18,6 +18,8 @@ std::vector<std::string> rowsOf(const std::string& drawn) {
   std::vector<std::string> rows;
   for (const std::string_view row : splitLines(marked)) rows.push_back(stripAnsi(row));
   rows.erase(rows.begin());
+  EXPECT_EQ(rows.back(), "");  // the cursor's way out
+  rows.pop_back();
   return rows;
 }
 
@@ -79,6 +81,11 @@ TEST(HelpBox, EachLineIsPlacedFromTheTopRowOn) {
   }
   EXPECT_EQ(drawn.find('\n'), std::string::npos);
   EXPECT_EQ(rowsOf(drawn).size(), 18U);
+}
+
+TEST(HelpBox, TheCursorEndsBelowTheFrame) {
+  int scroll = 0;
+  EXPECT_TRUE(helpBox({"Title", "text"}, 15, 16, scroll).ends_with("\x1b[34;1H"));
 }
 
 TEST(HelpBox, AllItsRowsAreOfOneWidth) {

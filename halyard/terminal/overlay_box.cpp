@@ -15,7 +15,6 @@ constexpr int narrowestBox = 40;
 constexpr int widestBox = Layout::ruleWidth;
 constexpr int firstRow = 6;  // from 0: below the header
 constexpr int rowsBelowHeader = 25;
-constexpr int restingRow = 34;  // from 1: below every frame
 
 std::string accented(std::string_view text) {
   return std::string(Color::boldBlue) + std::string(text) + std::string(Color::reset);
@@ -94,7 +93,7 @@ std::string overlayBox(std::optional<std::string_view> title, const std::vector<
   const int column = (Layout::frameWidth - width) / 2 + 1;
   std::string drawn;
   for (const std::string& text : box.rows()) drawn += cursorTo(row++, column) + text;
-  return drawn + cursorTo(restingRow, 1);
+  return drawn + cursorTo(rowBelowFrame, 1);
 }
 
 void drawOverlayBox(std::optional<std::string_view> title, const std::vector<std::string>& lines,
