@@ -17,8 +17,14 @@ namespace halyard {
 
 namespace {
 
+constexpr std::size_t fullBuffer = 65536;
+
+/// Not the C library's stream: that one loses what an interrupted write didn't take, and after a change of its
+/// buffering it writes the next text early.
 struct Output {
   std::mutex lock;
+  bool buffered = false;
+  std::string buffer;
   bool collecting = false;
   std::string frame;
 };
@@ -29,24 +35,13 @@ Output& output() {
   return instance;
 }
 
-// The library drops what a system call that was interrupted didn't take, so interruptions are held off.
-void writeBuffered(std::string_view text) {
-  const InterruptionsHeld held;
-  std::fwrite(text.data(), 1, text.size(), stdout);
-}
-
-void flushBuffered() {
-  const InterruptionsHeld held;
-  std::fflush(stdout);
-}
-
 /// A child may have left the terminal non-blocking.
 bool waitUntilWritable() {
   pollfd waiting{STDOUT_FILENO, POLLOUT, 0};
   return poll(&waiting, 1, -1) >= 0 || errno == EINTR;
 }
 
-void writeDirectly(std::string_view bytes) {
+void writeOut(std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = write(STDOUT_FILENO, bytes.data(), bytes.size());
     if (written > 0) {
@@ -57,6 +52,19 @@ void writeDirectly(std::string_view bytes) {
   }
 }
 
+void writeBuffer(Output& out) {
+  writeOut(out.buffer);
+  out.buffer.clear();
+}
+
+void setBuffered(bool buffered) {
+  Output& out = output();
+  const std::lock_guard guard(out.lock);
+  writeBuffer(out);
+  out.buffered = buffered;
+  if (buffered) out.buffer.reserve(fullBuffer);
+}
+
 }  // namespace
 
 void print(std::string_view text) {
@@ -64,8 +72,11 @@ void print(std::string_view text) {
   const std::lock_guard guard(out.lock);
   if (out.collecting) {
     out.frame += text;
+  } else if (!out.buffered) {
+    writeOut(text);
   } else {
-    writeBuffered(text);
+    if (out.buffer.size() + text.size() > fullBuffer) writeBuffer(out);
+    out.buffer += text;
   }
 }
 
@@ -80,7 +91,7 @@ void printLine(std::string_view text) {
 void flushOutput() {
   Output& out = output();
   const std::lock_guard guard(out.lock);
-  if (!out.collecting) flushBuffered();
+  if (!out.collecting) writeBuffer(out);
 }
 
 void hideCursor() {
@@ -95,21 +106,9 @@ void showCursor() {
   noteCursorHidden(false);
 }
 
-void useFullBuffering() {
-  Output& out = output();
-  const std::lock_guard guard(out.lock);
-  // Its own buffer, since with none given the size counts for nothing.
-  static std::array<char, 65536> buffer;
-  flushBuffered();
-  std::setvbuf(stdout, buffer.data(), _IOFBF, buffer.size());
-}
+void useFullBuffering() { setBuffered(true); }
 
-void useLineBuffering() {
-  Output& out = output();
-  const std::lock_guard guard(out.lock);
-  flushBuffered();
-  std::setvbuf(stdout, nullptr, _IOLBF, 0);
-}
+void useLineBuffering() { setBuffered(false); }
 
 void beginFrame() {
   Output& out = output();
@@ -122,11 +121,11 @@ void endFrame() {
   Output& out = output();
   const std::lock_guard guard(out.lock);
   if (!std::exchange(out.collecting, false)) return;
-  flushBuffered();
+  writeBuffer(out);
   if (isatty(STDOUT_FILENO) != 0) {
-    writeDirectly(fittedFrame(out.frame, terminalRows(), terminalColumns()));
+    writeOut(fittedFrame(out.frame, terminalRows(), terminalColumns()));
   } else {
-    writeDirectly(out.frame);
+    writeOut(out.frame);
   }
 }
 

@@ -16,9 +16,9 @@ void flushOutput();
 void hideCursor();
 void showCursor();
 
-/// Full-screen state: a buffer of 65,536 bytes, written only by flushOutput().
+/// Full-screen state: a buffer of 65,536 bytes, written by flushOutput() in one piece.
 void useFullBuffering();
-/// Plain state: each line appears at once.
+/// Plain state, that of the start: what is printed appears at once.
 void useLineBuffering();
 
 /// From here print() collects a frame in memory, and flushOutput() leaves it there. It isn't to be nested.

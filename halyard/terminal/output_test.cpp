@@ -9,6 +9,7 @@
 #include <sys/socket.h>
 
 #include "core/text.hpp"
+#include "halyard/terminal/keys.hpp"
 #include "halyard/terminal/screen.hpp"
 #include "halyard/terminal/terminal_testing.hpp"
 
@@ -65,14 +66,42 @@ TEST(Output, TheFullBufferHolds65536Bytes) {
   EXPECT_EQ(writes[0].size(), 65500U);
 }
 
-TEST(Output, LineBufferingShowsEachLineAtOnce) {
+TEST(Output, ThePlainStateShowsEachLineAndPromptAtOnce) {
   EXPECT_THAT(writesOf([] {
                 useLineBuffering();
                 printLine("one");
                 printLine("two");
-                print("unfinished");
+                print("prompt");
               }),
-              ElementsAre("one\n", "two\n"));
+              ElementsAre("one\n", "two\n", "prompt"));
+}
+
+TEST(Output, AFullBufferIsWrittenWithoutAFlush) {
+  const auto writes = writesOf([] {
+    useFullBuffering();
+    print(std::string(65536, 'x'));
+    print("y");
+  });
+  ASSERT_EQ(writes.size(), 1U);
+  EXPECT_EQ(writes[0].size(), 65536U);
+}
+
+TEST(Output, AnInterruptedWriteLosesNothing) {
+  // More than the terminal takes at once, so that the resizes meet a write that is under way.
+  ForkedTerminal terminal([] {
+    installTerminalSignalHandlers();
+    std::string text;
+    for (int i = 0; i < 20000; ++i) text += "0123456789";
+    print(text + "end");
+    return 0;
+  });
+  for (int i = 0; i < 50; ++i) {
+    kill(terminal.process(), SIGWINCH);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  ASSERT_TRUE(terminal.shows("end"));
+  EXPECT_EQ(terminal.output().size(), 200003U);
+  EXPECT_EQ(terminal.end(), ProgramEnd::exited(0));
 }
 
 TEST(Output, SwitchingTheBufferingLosesNothing) {
@@ -206,9 +235,7 @@ TEST(FittedFrame, SwitchingTheCursorTakesNoColumn) {
   EXPECT_EQ(fittedFrame("\x1b[?25labcd\n", 5, 4), "\x1b[?25labcd\n");
 }
 
-TEST(FittedFrame, AnUnfinishedSequenceHidesNoLineFeed) {
-  EXPECT_EQ(fittedFrame("a\x1b[?25\nb\n", 2, 10), "a\x1b[?25\nb");
-}
+TEST(FittedFrame, AnUnfinishedSequenceHidesNoLineFeed) { EXPECT_EQ(fittedFrame("a\x1b[?25\nb\n", 2, 10), "a[?25\nb"); }
 
 TEST(FittedFrame, AnEraseBehindACutRowIsDropped) {
   EXPECT_EQ(fittedFrame("abcdef\x1b[K\nx\x1b[K", 5, 4), "abcd\nx\x1b[K");

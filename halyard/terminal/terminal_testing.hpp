@@ -59,7 +59,6 @@ class ForkedTerminal {
     // The other side is the test's alone: otherwise the child would keep its own terminal from hanging up.
     ::close(terminal_.descriptor());
     takeTerminal(terminal_.name());
-    useLineBuffering();
     const int status = work();
     flushOutput();
     _exit(status);
