@@ -15,8 +15,6 @@
 
 #include "tests/support/terminal_session.hpp"
 
-extern char** environ;
-
 namespace halyard {
 
 namespace {
@@ -33,12 +31,15 @@ constexpr std::string_view settingsFile = ".halyard-demo/settings.json";
 constexpr auto passedOn = std::to_array<const char*>(
     {"ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS", "LLVM_PROFILE_FILE", "ASAN_SYMBOLIZER_PATH"});
 
-void makeDemoHome(const std::string& home) {
+void makeDemoHome(const std::string& home, std::vector<std::string> environment) {
   std::string program = std::string(demoFolder) + "/make_home";
   std::string target = home;
   std::array<char*, 3> words = {program.data(), target.data(), nullptr};
+  std::vector<char*> variables;
+  for (std::string& variable : environment) variables.push_back(variable.data());
+  variables.push_back(nullptr);
   pid_t process = -1;
-  const int error = posix_spawn(&process, program.c_str(), nullptr, nullptr, words.data(), environ);
+  const int error = posix_spawn(&process, program.c_str(), nullptr, nullptr, words.data(), variables.data());
   if (error != 0) throw std::system_error(error, std::generic_category(), program);
   int status = 0;
   while (waitpid(process, &status, 0) < 0 && errno == EINTR) continue;
@@ -72,7 +73,7 @@ std::string JournalEntry::line() const {
 void TerminalSession::prepareHome() {
   folder_.makeFolder("home");
   folder_.makeFolder("tmp");
-  if (options_.sampleProject) makeDemoHome(home());
+  if (options_.sampleProject) makeDemoHome(home(), {"PATH=" + std::string(systemPath)});
   if (!options_.preferences.empty()) writeHomeFile(preferencesFile, nlohmann::json(options_.preferences).dump(2));
   if (!options_.demoSettings.empty()) writeHomeFile(settingsFile, options_.demoSettings);
   for (const auto& [path, content] : options_.homeFiles) writeHomeFile(path, content);
