@@ -41,6 +41,7 @@ std::optional<Number> parsedNumber(const std::string& text) {
     return *end == '\0' && std::isfinite(number) ? std::optional(number) : std::nullopt;
   } else {
     Number number{};
+    if (text.starts_with("+-")) return std::nullopt;
     const char* begin = text.data() + (text.starts_with('+') ? 1 : 0);
     const auto [end, error] = std::from_chars(begin, text.data() + text.size(), number);
     const bool whole = error == std::errc() && end == text.data() + text.size() && begin != end;
