@@ -80,11 +80,11 @@ void drawBody(MainLoopState& state) {
   }
 }
 
-void prepareRound(MainLoopState& state) {
+void prepareRound(MainLoopState& state, Menu (*build)()) {
   if (state.activeView == AppViewMode::halyard) {
     if (state.needsFullRedraw) {
       detectProject();
-      state.menu = buildMenu();
+      state.menu = build();
     }
     clampCursors(state.menu, state.cursor);
   } else if (state.activeView == AppViewMode::directory) {
@@ -148,7 +148,7 @@ void drawFrame(MainLoopState& state) {
   endFrame();
 }
 
-void runMainLoop() {
+void runMainLoop(Menu (*build)()) {
   MainLoopState state;
   std::error_code error;
   state.launchDirectory = std::filesystem::current_path(error).string();
@@ -164,9 +164,9 @@ void runMainLoop() {
   enterSavedWorkingDirectory();
   detectProject();
   enterFullScreen();
-  state.menu = buildMenu();
+  state.menu = build();
   for (;;) {
-    prepareRound(state);
+    prepareRound(state, build);
     drawFrame(state);
     if (!runDirectoryStep(state)) readAndDispatch(state);
   }

@@ -7,8 +7,8 @@
 
 namespace halyard {
 
-/// Sets the program up in its folder and runs until the user quits; never returns.
-[[noreturn]] void runMainLoop();
+/// Sets the program up in its folder and runs until the user quits; never returns. `build` makes the tree of the menu.
+[[noreturn]] void runMainLoop(Menu (*build)() = buildMenu);
 
 /// The one way of leaving full-screen mode: gives the plain terminal to the action and takes it back.
 void runInPlainTerminal(const std::function<void()>& action);
