@@ -281,6 +281,7 @@ FileBrowserStep browse(FileBrowser& browser) {
 std::vector<FileBrowserEntry> fileBrowserEntries(const std::string& folder,
                                                  const std::vector<std::string>& extensions) {
   std::vector<std::string> foldedExtensions;
+  foldedExtensions.reserve(extensions.size());
   for (const std::string& extension : extensions) foldedExtensions.push_back(caseFolded(extension));
 
   std::vector<SortableEntry> found;

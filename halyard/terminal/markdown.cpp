@@ -42,9 +42,8 @@ std::string renderedSpan(std::string_view text, const std::string& base, std::si
     if (end == std::string_view::npos || end == start) continue;
     const std::string_view content = text.substr(start, end - start);
     length = end + start;
-    return styled(span.style,
-                  span.nests ? inlineMarkup(content, base + std::string(span.style)) : displaySafe(content)) +
-           base;
+    const std::string inner = span.nests ? inlineMarkup(content, base + std::string(span.style)) : displaySafe(content);
+    return styled(span.style, inner).append(base);
   }
   return {};
 }

@@ -37,7 +37,7 @@ TEST(DirectorySetupAtTheTerminal, CancellingTheBrowserLeadsBackToTheMenu) {
   session.send(Key::escape);
   session.waitFor("CLI TOOL HALYARD");
   session.expectShowsNot("Demo.xcodeproj/");
-  session.sendSlowly({"q"});
+  session.sendSlowly({"Q"});
   session.expectCleanEnd();
 }
 
