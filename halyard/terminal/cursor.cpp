@@ -2,6 +2,8 @@
 
 namespace halyard {
 
-std::string cursorTo(int row, int column) { return "\x1b[" + std::to_string(row) + ";" + std::to_string(column) + "H"; }
+std::string cursorTo(int row, int column) {
+  return std::string{Cursor::escape, '['} + std::to_string(row) + ";" + std::to_string(column) + "H";
+}
 
 }  // namespace halyard
