@@ -5,11 +5,11 @@
 #include <cstdlib>
 #include <string>
 
+#include <unistd.h>
+
 #include "halyard/exec/shell_child.hpp"
 #include "halyard/exec/shell_quote.hpp"
 #include "halyard/platform/child_start.hpp"
-
-#include <unistd.h>
 
 namespace {
 

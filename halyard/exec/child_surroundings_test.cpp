@@ -152,6 +152,10 @@ TEST_F(ChildSurroundings, WithoutAnyFolderToStandInNothingStarts) {
 
 TEST_F(ChildSurroundings, WithoutAFreeDescriptorNothingStarts) {
   const CapturedOutput output;
+  // A local one, used before: a sanitizer that checks objects needs a pipe of its own for the first look at each.
+  DefaultCommandRunner local;
+  local.runLivePipe("true", {}, {});
+  local.run("true");
   rlimit before{};
   getrlimit(RLIMIT_NOFILE, &before);
   const int firstFree = dup(STDOUT_FILENO);
@@ -161,8 +165,8 @@ TEST_F(ChildSurroundings, WithoutAFreeDescriptorNothingStarts) {
     rlimit tight = before;
     tight.rlim_cur = static_cast<rlim_t>(firstFree + room);
     setrlimit(RLIMIT_NOFILE, &tight);
-    const PipeRunResult result = runner.runLivePipe("echo a", {}, {});
-    const std::string captured = room < 2 ? runner.run("echo a") : "";
+    const PipeRunResult result = local.runLivePipe("echo a", {}, {});
+    const std::string captured = room < 2 ? local.run("echo a") : "";
     setrlimit(RLIMIT_NOFILE, &before);
     EXPECT_EQ(result.status, -1) << room;
     EXPECT_EQ(captured, "");

@@ -171,7 +171,7 @@ TEST_F(CommandRunner, AnyNumberOfLinesArrivesComplete) {
 }
 
 TEST_F(CommandRunner, AProcessThatHoldsThePipeIsWaitedFor) {
-  const std::string command = "( " + untilThereIs("go") + "; echo late ) & echo first";
+  const std::string command = "echo first; ( " + untilThereIs("go") + "; echo late ) & exit 0";
   std::thread([&] { folder.write("go", ""); }).join();
   EXPECT_EQ(runner.run(command), "first\nlate");
   std::filesystem::remove(folder.at("go"));
