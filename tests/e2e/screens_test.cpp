@@ -72,7 +72,7 @@ TEST(MenuScreen, TheSelectionIsColouredByItsFocus) {
 TEST(MenuScreen, TheGroupLetterIsUnderlined) {
   TerminalSession session;
   ASSERT_TRUE(atMenu(session));
-  const CellPosition at = session.find("Directories");
+  const CellPosition at = session.find("Directories      │ ");
   EXPECT_FALSE(session.cell(at.row, at.column).underline);
   EXPECT_TRUE(session.cell(at.row, at.column + 1).underline) << "the first i, whatever its case";
   EXPECT_FALSE(session.cell(at.row, at.column + 2).underline);

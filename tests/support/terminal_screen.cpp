@@ -26,6 +26,17 @@ void appendUtf8(std::string& text, std::uint32_t scalar) {
   }
 }
 
+/// Bytes at the end that begin a character whose rest is still to come: the library loses a character that is split.
+std::size_t unfinishedTail(std::string_view text) {
+  for (std::size_t back = 1; back <= std::min<std::size_t>(3, text.size()); ++back) {
+    const auto lead = static_cast<unsigned char>(text[text.size() - back]);
+    if ((lead & 0xC0) == 0x80) continue;
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+    return length > back ? back : 0;
+  }
+  return 0;
+}
+
 CellColor cellColor(const VTermColor& color, bool standard) {
   if (standard) return {};
   if (VTERM_COLOR_IS_INDEXED(&color)) return CellColor::indexed(color.indexed.idx);
@@ -38,6 +49,7 @@ struct TerminalScreen::Emulator {
   VTerm* terminal = nullptr;
   VTermScreen* screen = nullptr;
   DimFilter dimFilter;
+  std::string unfinished;
   std::string answers;
   std::string title;
   bool cursorVisible = true;
@@ -95,8 +107,10 @@ TerminalScreen::TerminalScreen(int rowCount, int columnCount) : emulator_(std::m
 TerminalScreen::~TerminalScreen() { vterm_free(emulator_->terminal); }
 
 void TerminalScreen::feed(std::string_view output) {
-  const std::string filtered = emulator_->dimFilter.filtered(output);
-  vterm_input_write(emulator_->terminal, filtered.data(), filtered.size());
+  std::string filtered = std::exchange(emulator_->unfinished, {}) + emulator_->dimFilter.filtered(output);
+  const std::size_t whole = filtered.size() - unfinishedTail(filtered);
+  emulator_->unfinished = filtered.substr(whole);
+  vterm_input_write(emulator_->terminal, filtered.data(), whole);
 }
 
 std::string TerminalScreen::takeAnswers() { return std::exchange(emulator_->answers, {}); }
