@@ -7,17 +7,30 @@ namespace halyard {
 
 namespace {
 
-constexpr std::uint8_t invalid = 0xFF;
+/// A group has 24 bits; the bit above them marks one that holds a character of no value.
+constexpr std::uint32_t invalid = 1U << 24U;
 
-constexpr std::array<std::uint8_t, 256> valueOfCharacter = [] {
-  std::array<std::uint8_t, 256> values{};
+using ValueTable = std::array<std::uint32_t, 256>;
+
+constexpr ValueTable valuesShifted(unsigned bits) {
+  ValueTable values{};
   values.fill(invalid);
   constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
   for (std::size_t i = 0; i < alphabet.size(); ++i) {
-    values[static_cast<unsigned char>(alphabet[i])] = static_cast<std::uint8_t>(i);
+    values[static_cast<unsigned char>(alphabet[i])] = static_cast<std::uint32_t>(i) << bits;
   }
   return values;
-}();
+}
+
+/// One table per place in the group: the catalog is a megabyte of this at each start, and four look-ups without a shift
+/// or a branch between them are what the processor does fastest.
+constexpr ValueTable first = valuesShifted(18);
+constexpr ValueTable second = valuesShifted(12);
+constexpr ValueTable third = valuesShifted(6);
+constexpr ValueTable fourth = valuesShifted(0);
+
+/// What a fast parser may read beyond the end; with it, the decoded document needn't be copied once more.
+constexpr std::size_t roomBehind = 64;
 
 std::string withoutLineEnds(std::string_view text) {
   std::string joined;
@@ -28,32 +41,40 @@ std::string withoutLineEnds(std::string_view text) {
   return joined;
 }
 
+std::uint32_t groupOf(const unsigned char* in) { return first[in[0]] | second[in[1]] | third[in[2]] | fourth[in[3]]; }
+
+void put(std::uint32_t group, char* out) {
+  out[0] = static_cast<char>(group >> 16U & 0xFFU);
+  out[1] = static_cast<char>(group >> 8U & 0xFFU);
+  out[2] = static_cast<char>(group & 0xFFU);
+}
+
 }  // namespace
 
 std::optional<std::string> base64Decoded(std::string_view text) {
-  if (text.find_first_of("\r\n") != std::string_view::npos) return base64Decoded(withoutLineEnds(text));
-  if (text.size() % 4 != 0) return std::nullopt;
-  std::size_t padding = 0;
-  while (padding < 2 && padding < text.size() && text[text.size() - 1 - padding] == '=') ++padding;
-  std::string bytes(text.size() / 4 * 3, '\0');
-  char* out = bytes.data();
-  const auto* in = reinterpret_cast<const unsigned char*>(text.data());
-  std::uint8_t seen = 0;
-  for (std::size_t at = 0; at < text.size(); at += 4) {
-    const bool last = at + 4 == text.size();
-    const std::uint8_t a = valueOfCharacter[in[at]];
-    const std::uint8_t b = valueOfCharacter[in[at + 1]];
-    const std::uint8_t c = last && padding == 2 ? std::uint8_t{0} : valueOfCharacter[in[at + 2]];
-    const std::uint8_t d = last && padding >= 1 ? std::uint8_t{0} : valueOfCharacter[in[at + 3]];
-    seen = static_cast<std::uint8_t>(seen | a | b | c | d);
-    const std::uint32_t group = static_cast<std::uint32_t>(a) << 18U | static_cast<std::uint32_t>(b) << 12U |
-                                static_cast<std::uint32_t>(c) << 6U | d;
-    *out++ = static_cast<char>(group >> 16U);
-    *out++ = static_cast<char>(group >> 8U & 0xFFU);
-    *out++ = static_cast<char>(group & 0xFFU);
+  if (text.find('\n') != std::string_view::npos || text.find('\r') != std::string_view::npos) {
+    return base64Decoded(withoutLineEnds(text));
   }
-  // A value has six bits; the mark of an invalid character has all eight.
-  if ((seen & 0x80U) != 0) return std::nullopt;
+  if (text.size() % 4 != 0) return std::nullopt;
+  if (text.empty()) return std::string();
+  std::string bytes;
+  bytes.reserve(text.size() / 4 * 3 + roomBehind);
+  bytes.resize(text.size() / 4 * 3);
+  const auto* in = reinterpret_cast<const unsigned char*>(text.data());
+  const auto* const lastGroup = in + text.size() - 4;
+  char* out = bytes.data();
+  std::uint32_t seen = 0;
+  for (; in != lastGroup; in += 4, out += 3) {
+    const std::uint32_t group = groupOf(in);
+    seen |= group;
+    put(group, out);
+  }
+  const std::size_t padding = !text.ends_with('=') ? 0 : text.ends_with("==") ? 2 : 1;
+  unsigned char last[4] = {in[0], in[1], in[2], in[3]};
+  for (std::size_t i = 4 - padding; i < 4; ++i) last[i] = 'A';
+  const std::uint32_t group = groupOf(last);
+  put(group, out);
+  if (((seen | group) & invalid) != 0) return std::nullopt;
   bytes.resize(bytes.size() - padding);
   return bytes;
 }
