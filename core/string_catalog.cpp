@@ -137,6 +137,27 @@ std::optional<std::string> readFile(const std::string& path) {
   std::exit(1);
 }
 
+/// `hasRoomBehind`: the parser may read past the end, and spares a copy of the document.
+bool readDocument(std::string_view json, bool hasRoomBehind) {
+  auto fresh = std::make_unique<Catalog>();
+  simdjson::dom::element document;
+  simdjson::dom::object root;
+  if (fresh->parser.parse(json.data(), json.size(), !hasRoomBehind).get(document) != simdjson::SUCCESS ||
+      document.get(root) != simdjson::SUCCESS) {
+    return false;
+  }
+  simdjson::dom::object strings;
+  if (root["strings"].get(strings) == simdjson::SUCCESS) {
+    fresh->texts.reserve(strings.size());
+    for (const auto field : strings) {
+      const Texts texts = readTexts(field.value);
+      if (texts.en || texts.de) fresh->texts.insert_or_assign(field.key, texts);
+    }
+  }
+  catalog() = std::move(fresh);
+  return true;
+}
+
 }  // namespace
 
 std::vector<std::string> catalogSearchPaths(std::string_view executablePath) {
@@ -163,28 +184,11 @@ void loadStringCatalog(std::string_view embedded, std::string_view executablePat
     }
     if (!json) failWithout(paths);
   }
-  if (!readStringCatalog(*json)) failUnreadable();
+  const bool hasRoomBehind = json->capacity() - json->size() >= simdjson::SIMDJSON_PADDING;
+  if (!readDocument(*json, hasRoomBehind)) failUnreadable();
 }
 
-bool readStringCatalog(std::string_view json) {
-  auto fresh = std::make_unique<Catalog>();
-  simdjson::dom::element document;
-  simdjson::dom::object root;
-  if (fresh->parser.parse(json.data(), json.size()).get(document) != simdjson::SUCCESS ||
-      document.get(root) != simdjson::SUCCESS) {
-    return false;
-  }
-  simdjson::dom::object strings;
-  if (root["strings"].get(strings) == simdjson::SUCCESS) {
-    fresh->texts.reserve(strings.size());
-    for (const auto field : strings) {
-      const Texts texts = readTexts(field.value);
-      if (texts.en || texts.de) fresh->texts.insert_or_assign(field.key, texts);
-    }
-  }
-  catalog() = std::move(fresh);
-  return true;
-}
+bool readStringCatalog(std::string_view json) { return readDocument(json, false); }
 
 void unloadStringCatalog() { catalog().reset(); }
 

@@ -44,6 +44,21 @@ std::string minified(const std::string& json) {
   return result;
 }
 
+/// What the translators' tools keep beside each text; the program reads none of it. A quote inside a text is escaped,
+/// so these words can't be part of one.
+void eraseNotes(std::string& json) {
+  for (const std::string note : {R"("extractionState":"manual",)", R"("state":"translated",)"}) {
+    std::string kept;
+    kept.reserve(json.size());
+    std::size_t from = 0;
+    for (std::size_t at = json.find(note); at != std::string::npos; at = json.find(note, from)) {
+      kept.append(json, from, at - from);
+      from = at + note.size();
+    }
+    json = kept.append(json, from);
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -58,7 +73,9 @@ int main(int argc, char** argv) {
     return 1;
   }
   std::ofstream output(argv[2], std::ios::binary);
-  const std::string text = base64(minified(bytes));
+  std::string json = minified(bytes);
+  eraseNotes(json);
+  const std::string text = base64(json);
   output << "// Made by tools/embed_catalog.cpp; do not edit.\n"
             "#include \"core/embedded_catalog.hpp\"\n"
             "#pragma GCC diagnostic ignored \"-Woverlength-strings\"\n"
