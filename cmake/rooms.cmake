@@ -15,10 +15,19 @@ if(HALYARD_FUZZ)
   target_compile_options(halyard_strict INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
+# Screens and menu actions of a folder whose readers and commands live on a lower floor (as in tools/lint/includes.py).
+set(HALYARD_SCREENS "_(view|view_[a-z_]+|actions?|menu|screen|browser)(_test)?\\.cpp$")
+
 # halyard_room(<name> <folder> [libraries…]): the library halyard_<name> of all sources in the folder, and
 # <name>_tests of the *_test.cpp beside them. A new file needs no change here.
+# A folder of two floors is two rooms: <name>, without its screens, and <name>_screens, with nothing else.
 function(halyard_room name folder)
   file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp)
+  if(name MATCHES "_screens$")
+    list(FILTER sources INCLUDE REGEX ${HALYARD_SCREENS})
+  elseif(folder MATCHES "halyard/(simulator|device|packages|git)$")
+    list(FILTER sources EXCLUDE REGEX ${HALYARD_SCREENS})
+  endif()
   set(tests ${sources})
   list(FILTER sources EXCLUDE REGEX "_test\\.cpp$")
   list(FILTER tests INCLUDE REGEX "_test\\.cpp$")
