@@ -8,7 +8,7 @@
 #include "core/app_dependencies.hpp"
 #include "halyard/exec/command_runner.hpp"
 #include "halyard/exec/file_system_client.hpp"
-#include "tests/support/memory_file_system.hpp"
+#include "tests/support/in_memory_file_system.hpp"
 #include "tests/support/temporary_folder.hpp"
 
 namespace halyard {
@@ -30,7 +30,7 @@ class AnsweringRunner final : public CommandRunning {
 class PackageDetection : public testing::Test {
  protected:
   AnsweringRunner runner;
-  MemoryFileSystem files;
+  InMemoryFileSystem files;
   DependenciesGuard guard{{.commandRunner = &runner, .fileSystemClient = &files, .appContext = nullptr}};
 };
 
@@ -49,14 +49,14 @@ TEST_F(PackageDetection, APackageIsSearchedWithOneCommand) {
 }
 
 TEST_F(PackageDetection, APodfileAndACartfileAreFilesOfTheFolderItself) {
-  files.add("Podfile");
+  files.addFile("Podfile");
   EXPECT_EQ(DetectedPackageManagers::detect(), DetectedPackageManagers{.hasPods = true});
-  files.add("Cartfile", FileType::symbolicLink);
+  files.addLink("Cartfile");
   EXPECT_EQ(DetectedPackageManagers::detect(), (DetectedPackageManagers{.hasPods = true, .hasCarthage = true}));
 }
 
 TEST_F(PackageDetection, AFolderOfThatNameIsNone) {
-  files.add("Podfile", FileType::directory);
+  files.addFolder("Podfile");
   EXPECT_FALSE(DetectedPackageManagers::detect().any());
 }
 

@@ -149,7 +149,7 @@ TEST_F(DirectorySetup, WithoutPackageManagersThereIsNothingToResolve) {
 
 TEST_F(DirectorySetup, WithTheCacheInPlaceTheQuestionNamesTheManagers) {
   useSPM(true);
-  files.add("Podfile");
+  files.addFile("Podfile");
   EXPECT_THAT(shown("\rnj"), HasSubstr("Resolve dependencies now (detected: SPM, CocoaPods)?"));
   EXPECT_THAT(performed(), ElementsAre("dependencies", "scheme", "test scheme", "device"));
 

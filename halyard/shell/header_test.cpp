@@ -126,7 +126,7 @@ TEST_F(Header, TheDeviceShowsItsSystem) {
 TEST_F(Header, AProjectNameOf72CharactersIsWholeAndOneOf73IsCut) {
   const auto shownFor = [&](int length) {
     const std::string path = "/projects/" + repeated("p", length - 10) + ".xcodeproj";
-    files.add(path);
+    files.addFile(path);
     setSelectedProjectFilePath(path);
     detectProject();
     return row(4);

@@ -122,7 +122,7 @@ TEST_F(KeyDispatch, ADigitWithoutARowDoesNothing) {
 }
 
 TEST_F(KeyDispatch, TheLetterMIsMiscInEnglishAndApplicationsInGerman) {
-  files.add("/Applications/Transporter.app");
+  files.addFile("/Applications/Transporter.app");
   rebuild();
   press("M");
   EXPECT_EQ(selectedGroup(), "Misc");

@@ -71,10 +71,7 @@ void drawViewSwitchBox() {
 
 void drawBody(MainLoopState& state) {
   switch (state.activeView) {
-    case AppViewMode::halyard:
-      drawMenu(state.menu, state.cursor);
-      if (state.menuHelpOpen) drawHelpBox(state.menuHelpEntry, helpTopRow, helpTextRows, state.menuHelpScroll);
-      break;
+    case AppViewMode::halyard: drawMenu(state.menu, state.cursor); break;
     case AppViewMode::directory: drawDirectoryView(); break;
     case AppViewMode::git: drawGitView(); break;
   }
@@ -143,8 +140,10 @@ void drawFrame(MainLoopState& state) {
   const bool isMenu = state.activeView == AppViewMode::halyard;
   drawHeader(state.needsFullRedraw, isMenu ? std::optional(menuLeftWidth) : std::nullopt, !isMenu);
   drawBody(state);
-  if (state.viewSwitchOverlayOpen) drawViewSwitchBox();
+  // Before the boxes: they leave the cursor at a row that a low terminal doesn't have.
   print(Cursor::eraseBelow);
+  if (isMenu && state.menuHelpOpen) drawHelpBox(state.menuHelpEntry, helpTopRow, helpTextRows, state.menuHelpScroll);
+  if (state.viewSwitchOverlayOpen) drawViewSwitchBox();
   endFrame();
 }
 

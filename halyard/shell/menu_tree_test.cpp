@@ -121,7 +121,7 @@ TEST_F(MenuTree, TestDigitsNeedATargetAndNineAProjectConfiguration) {
 }
 
 TEST_F(MenuTree, GroupLettersFollowTheLanguage) {
-  files.add("/Applications/Transporter.app");
+  files.addFile("/Applications/Transporter.app");
   const auto letters = [] {
     std::string all;
     for (const auto& category : buildMenu()) {
@@ -178,8 +178,8 @@ TEST_F(MenuTree, ThePlatformOfASimulatorIsThatOfItsScheme) {
 }
 
 TEST_F(MenuTree, ApplicationsShowOnlyWhereOneIsInstalled) {
-  files.add("/System/Applications/Utilities/Activity Monitor.app");
-  files.add("/Applications/DevCleaner for Xcode.app");
+  files.addFile("/System/Applications/Utilities/Activity Monitor.app");
+  files.addFile("/Applications/DevCleaner for Xcode.app");
   EXPECT_THAT(rows(group(buildMenu(), "Applications")), ElementsAre("Activity Monitor", "DevCleaner for Xcode"));
   setCurrentLanguage("de");
   EXPECT_THAT(rows(group(buildMenu(), "Programme")), ElementsAre("Aktivitätsanzeige", "DevCleaner for Xcode"));

@@ -19,7 +19,7 @@ using testing::Not;
 class OpenFile : public ShellTest {
  protected:
   OpenFile() {
-    files.add("/work/it's a report.pdf");
+    files.addFile("/work/it's a report.pdf");
     setSelectedFileBrowserPath("/work");
   }
   static std::string shown(std::string_view keys) {

@@ -15,7 +15,7 @@
 #include "core/string_catalog.hpp"
 #include "halyard/terminal/file_browser.hpp"
 #include "halyard/terminal/output.hpp"
-#include "tests/support/memory_file_system.hpp"
+#include "tests/support/in_memory_file_system.hpp"
 #include "tests/support/pseudo_terminal.hpp"
 #include "tests/support/terminal_screen.hpp"
 
@@ -33,7 +33,7 @@ class BrowserSession {
  public:
   BrowserSession() {
     for (const char* file : {"/work/App.xcodeproj/project.pbxproj", "/work/sources/main.swift", "/work/notes.txt"}) {
-      files_.add(file);
+      files_.addFile(file);
     }
     loadStringCatalog({});
   }
@@ -48,7 +48,7 @@ class BrowserSession {
   BrowserSession& operator=(const BrowserSession&) = delete;
 
   /// `prepare` runs in the child before the browser opens.
-  void start(const std::function<void(MemoryFileSystem&)>& prepare, std::vector<std::string> extensions = {}) {
+  void start(const std::function<void(InMemoryFileSystem&)>& prepare, std::vector<std::string> extensions = {}) {
     before = terminal.settings();
     std::array<int, 2> pipeEnds{};
     ASSERT_EQ(pipe(pipeEnds.data()), 0);
@@ -125,12 +125,12 @@ class BrowserSession {
     return true;
   }
 
-  MemoryFileSystem files_;
+  InMemoryFileSystem files_;
   pid_t process_ = 0;
   int report_ = -1;
 };
 
-void beginAtWork(MemoryFileSystem&) { setSelectedFileBrowserPath("/work"); }
+void beginAtWork(InMemoryFileSystem&) { setSelectedFileBrowserPath("/work"); }
 
 TEST(FileBrowserTerminal, KeysLeadToAFileAndItsFolderIsRemembered) {
   BrowserSession session;
@@ -171,7 +171,7 @@ TEST(FileBrowserTerminal, XAndEscAndEveryOtherSequenceCancelAndLeaveNothingBehin
 
 TEST(FileBrowserTerminal, WithoutARememberedFolderItBeginsInTheWorkingDirectory) {
   BrowserSession session;
-  session.start([](MemoryFileSystem&) {
+  session.start([](InMemoryFileSystem&) {
     setSelectedFileBrowserPath("/gone");
     setSelectedWorkingDirectory("/work/sources");
   });
@@ -200,8 +200,8 @@ TEST(FileBrowserTerminal, AShorterScreenLeavesNoRowsOfTheLastOne) {
 
 TEST(FileBrowserTerminal, AResizedTerminalIsDrawnAnewWithoutAKey) {
   BrowserSession session;
-  session.start([](MemoryFileSystem& files) {
-    for (int index = 10; index < 60; ++index) files.add("/many/file" + std::to_string(index));
+  session.start([](InMemoryFileSystem& files) {
+    for (int index = 10; index < 60; ++index) files.addFile("/many/file" + std::to_string(index));
     setSelectedFileBrowserPath("/many");
   });
   ASSERT_TRUE(session.waitFor("▶ file10"));
@@ -233,8 +233,8 @@ TEST(FileBrowserTerminal, TheEndOfInputCancels) {
     const int nothing = open("/dev/null", O_RDWR);
     dup2(nothing, STDIN_FILENO);
     dup2(nothing, STDOUT_FILENO);
-    MemoryFileSystem files;
-    files.add("/work/notes.txt");
+    InMemoryFileSystem files{std::getenv("HOME")};
+    files.addFile("/work/notes.txt");
     const DependenciesGuard guard({.commandRunner = nullptr, .fileSystemClient = &files, .appContext = nullptr});
     setSelectedFileBrowserPath("/work");
     alarm(10);

@@ -1,5 +1,6 @@
 #include "halyard/terminal/file_browser.hpp"
 
+#include <cstdlib>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -12,7 +13,7 @@
 #include "core/string_catalog.hpp"
 #include "core/text.hpp"
 #include "halyard/terminal/screen.hpp"
-#include "tests/support/memory_file_system.hpp"
+#include "tests/support/in_memory_file_system.hpp"
 
 namespace halyard {
 namespace {
@@ -36,7 +37,7 @@ class FileBrowserTest : public testing::Test {
          {"/work/zebra.txt", "/work/Apple.swift", "/work/.hidden", "/work/.git/config", "/work/sources/main.swift",
           "/work/Tests/case.swift", "/work/Demo.xcodeproj/project.pbxproj", "/work/Demo.app/Info.plist",
           "/work/Pods.XCWORKSPACE/contents"}) {
-      files.add(file);
+      files.addFile(file);
     }
   }
   ~FileBrowserTest() override { AppContext::shared().reset(); }
@@ -64,11 +65,11 @@ class FileBrowserTest : public testing::Test {
     for (int index = 0; index < count; ++index) {
       std::string number = std::to_string(index);
       number.insert(0, 5 - number.size(), '0');
-      files.add(folder + "/file" + number);
+      files.addFile(folder + "/file" + number);
     }
   }
 
-  MemoryFileSystem files;
+  InMemoryFileSystem files{std::getenv("HOME")};
   DependenciesGuard guard{{.commandRunner = nullptr, .fileSystemClient = &files, .appContext = nullptr}};
 };
 
@@ -86,7 +87,7 @@ TEST_F(FileBrowserTest, AFolderWithAPackagesExtensionIsAPackage) {
 }
 
 TEST_F(FileBrowserTest, AFileWithAPackagesExtensionIsAFile) {
-  files.add("/other/report.app");
+  files.addFile("/other/report.app");
   EXPECT_THAT(fileBrowserEntries("/other", {}), ElementsAre(FileBrowserEntry{"report.app", false, false}));
 }
 
@@ -102,15 +103,15 @@ TEST_F(FileBrowserTest, ALinkToAFolderIsAFolderAndADanglingOneAFile) {
   std::filesystem::create_directories(folder / "real");
   std::filesystem::create_directory_symlink(folder / "real", folder / "link");
   std::filesystem::create_symlink(folder / "nowhere", folder / "dangling");
-  files.add(folder.string() + "/link", FileType::symbolicLink);
-  files.add(folder.string() + "/dangling", FileType::symbolicLink);
+  files.addLink(folder.string() + "/link");
+  files.addLink(folder.string() + "/dangling");
   EXPECT_THAT(fileBrowserEntries(folder.string(), {}),
               ElementsAre(FileBrowserEntry{"link", true, false}, FileBrowserEntry{"dangling", false, false}));
   std::filesystem::remove_all(folder);
 }
 
 TEST_F(FileBrowserTest, AnUnreadableFolderIsEmptyAndLeftStillWorks) {
-  files.makeUnreadable("/work/sources");
+  files.deny("/work/sources");
   FileBrowser browser = browserIn("/work/sources");
   EXPECT_TRUE(browser.entries.empty());
   EXPECT_NE(screen(browser)[3].find("No entries available"), std::string::npos);
@@ -314,7 +315,7 @@ TEST_F(FileBrowserTest, ALongFolderIsCutAtTheFront) {
 
 TEST_F(FileBrowserTest, NamesAreDrawnSafeAndReturnedReal) {
   const std::string name = "evil\x1b[2J\nname\xff";
-  files.add("/odd/" + name);
+  files.addFile("/odd/" + name);
   FileBrowser browser = browserIn("/odd");
   const std::string frame = drawFileBrowser(browser, 24, 80);
   EXPECT_EQ(frame.find("\x1b[2J"), std::string::npos);

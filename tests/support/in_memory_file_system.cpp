@@ -97,7 +97,11 @@ std::vector<std::string> InMemoryFileSystem::contentsOfDirectory(const std::stri
   return names;
 }
 
-FileAttributes InMemoryFileSystem::attributesOfItem(const std::string& path) const { return entryAt(path).attributes; }
+FileAttributes InMemoryFileSystem::attributesOfItem(const std::string& path) const {
+  // Permission to list a folder isn't needed to see that it is one.
+  const auto entry = entries_.find(withoutEndSlash(path));
+  return entry != entries_.end() ? entry->second.attributes : entryAt(path).attributes;
+}
 
 void InMemoryFileSystem::removeItem(const std::string& given) {
   const std::string path = withoutEndSlash(given);

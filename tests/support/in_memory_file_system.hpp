@@ -26,7 +26,7 @@ class InMemoryFileSystem final : public FileSystemProviding {
   InMemoryFileSystem& addFileOfSize(const std::string& path, std::uint64_t size);
   void setModificationDate(const std::string& path, std::chrono::system_clock::time_point date);
   void setPermissions(const std::string& path, std::uint32_t permissions);
-  /// From here on, operations on this very path throw "permission denied".
+  /// From here on, listing, removing and reading this very path throw "permission denied".
   void deny(const std::string& path);
 
   [[nodiscard]] std::string content(const std::string& path) const;

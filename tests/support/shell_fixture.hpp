@@ -1,6 +1,7 @@
 // A shell without a world: fresh context, English, the embedded catalog, a runner that answers from a table.
 #pragma once
 
+#include <cstdlib>
 #include <map>
 #include <string>
 #include <vector>
@@ -11,7 +12,7 @@
 #include "core/app_dependencies.hpp"
 #include "core/string_catalog.hpp"
 #include "halyard/terminal/dialogs.hpp"
-#include "tests/support/memory_file_system.hpp"
+#include "tests/support/in_memory_file_system.hpp"
 
 namespace halyard {
 
@@ -62,7 +63,7 @@ class ShellTest : public testing::Test {
   }
 
   TableCommandRunner runner;
-  MemoryFileSystem files;
+  InMemoryFileSystem files{std::getenv("HOME")};
 
  private:
   DependenciesGuard guard_;
