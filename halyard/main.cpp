@@ -18,6 +18,7 @@ int main(int argc, char** argv) {
   AppDependencies::current() = {&commandRunner, &fileSystemClient, &AppContext::shared()};
 
   registerExitCursorRestore();
+  installTerminalSignalHandlers();
   loadStringCatalog(argc > 0 ? argv[0] : "");
   runPreflight(std::find(argv + std::min(argc, 1), argv + argc, std::string_view("--mock-preflight")) != argv + argc);
   runMainLoop();

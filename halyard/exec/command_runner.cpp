@@ -22,6 +22,7 @@
 #include "halyard/terminal/activity_spinner.hpp"
 #include "halyard/terminal/output.hpp"
 #include "halyard/terminal/screen.hpp"
+#include "halyard/terminal/terminal_guard.hpp"
 
 namespace halyard {
 
@@ -167,14 +168,9 @@ void waitForSimulatorBoot(const std::string& udid, const std::string& label) {
 }
 
 std::int32_t runAttachedCooked(const std::string& command) {
-  termios saved{};
-  if (tcgetattr(STDIN_FILENO, &saved) != 0) return runAttached(command);
-  termios cooked = saved;
-  cooked.c_lflag |= static_cast<tcflag_t>(ICANON | ECHO);
-  tcsetattr(STDIN_FILENO, TCSAFLUSH, &cooked);
-  const std::int32_t status = runAttached(command);
-  tcsetattr(STDIN_FILENO, TCSAFLUSH, &saved);
-  return status;
+  // A guarded change: also a death or a stop during the run gives the terminal back.
+  const TerminalSettingsChange cooked([](termios& settings) { settings.c_lflag |= ICANON | ECHO; }, TCSAFLUSH);
+  return runAttached(command);
 }
 
 std::string runQuiet(const std::string& label, const std::string& command) {

@@ -22,7 +22,8 @@ TEST(PreflightAtTheTerminal, TheMockShowsBothToolsAsMissingAndEndsAtEnter) {
 
 TEST(PreflightAtTheTerminal, AMissingToolEndsTheProgramAtTheEndOfInput) {
   TerminalSession session({.missingTools = {"xcodebuild"}});
-  session.waitFor("✗ Not found  xcodebuild");
+  session.waitFor("Press Enter to quit");
+  session.expectShows("✗ Not found  xcodebuild");
   session.expectShows("✓            git");
   session.expectShowsNot("[MOCK]");
   session.waitUntilIdle();
