@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <memory>
 #include <optional>
@@ -18,6 +17,7 @@
 #include "core/base64.hpp"
 #include "core/embedded_catalog.hpp"
 #include "core/text.hpp"
+#include "core/text_file.hpp"
 
 namespace halyard {
 
@@ -114,14 +114,6 @@ Texts readTexts(const simdjson::dom::element& entry) {
   return texts;
 }
 
-std::optional<std::string> readFile(const std::string& path) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;
-  std::ifstream file(path, std::ios::binary);
-  std::string bytes{std::istreambuf_iterator<char>(file), {}};
-  return file.good() || file.eof() ? std::optional(std::move(bytes)) : std::nullopt;
-}
-
 [[noreturn]] void failWithout(const std::vector<std::string>& paths) {
   std::fputs("\n\x1b[1;31m✗ ERROR: Localizable.xcstrings not found.\x1b[0m\n  Searched paths:\n", stdout);
   for (const std::string& path : paths) std::printf("    %s\n", displaySafe(path).c_str());
@@ -179,7 +171,7 @@ void loadStringCatalog(std::string_view embedded, std::string_view executablePat
   if (!json) {
     const std::vector<std::string> paths = catalogSearchPaths(executablePath);
     for (const std::string& path : paths) {
-      json = readFile(path);
+      json = readTextFile(path);
       if (json) break;
     }
     if (!json) failWithout(paths);

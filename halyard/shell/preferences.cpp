@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <vector>
 
 #include <fmt/format.h>
@@ -17,6 +16,7 @@
 #include "core/app_dependencies.hpp"
 #include "core/string_catalog.hpp"
 #include "core/text.hpp"
+#include "core/text_file.hpp"
 #include "halyard/terminal/screen.hpp"
 
 namespace halyard {
@@ -215,17 +215,6 @@ void takeDevices(const PreferenceValues& values) {
 // A selection is a few kilobytes; a file far beyond that is none of ours and isn't worth the memory.
 constexpr std::uintmax_t largestFile = 64U * 1024U * 1024U;
 
-std::optional<std::string> readFile(const std::string& path) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error) || std::filesystem::file_size(path, error) > largestFile ||
-      error) {
-    return std::nullopt;
-  }
-  std::ifstream file(path, std::ios::binary);
-  if (!file) return std::nullopt;
-  return std::string{std::istreambuf_iterator<char>(file), {}};
-}
-
 }  // namespace
 
 const std::string& preferencesPath() {
@@ -261,7 +250,7 @@ void applyPreferences(const PreferenceValues& values) {
 }
 
 void loadPreferences() {
-  const std::optional<std::string> json = readFile(preferencesPath());
+  const std::optional<std::string> json = readTextFile(preferencesPath(), largestFile);
   if (!json) return;
   const std::optional<PreferenceValues> values = readPreferences(*json);
   if (!values) return;

@@ -8,8 +8,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 
 #include <fcntl.h>
@@ -20,6 +18,8 @@
 
 #endif
 
+#include "core/text_file.hpp"
+
 namespace halyard {
 
 #if defined(__linux__)
@@ -28,10 +28,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string fileText(const std::string& path) {
-  std::ifstream stream(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
+/// Empty also where the process has gone meanwhile.
+std::string fileText(const std::string& path) { return readTextFile(path).value_or(""); }
 
 std::vector<pid_t> numberedEntries(const std::string& folder) {
   std::vector<pid_t> numbers;
