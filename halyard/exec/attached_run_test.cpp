@@ -6,7 +6,7 @@
 #include <fcntl.h>
 #include <termios.h>
 
-#include "halyard/exec/run_fixture.hpp"
+#include "halyard/exec/run_testing.hpp"
 
 namespace halyard {
 namespace {

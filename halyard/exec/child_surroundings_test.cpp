@@ -7,7 +7,7 @@
 #include <fcntl.h>
 #include <sys/resource.h>
 
-#include "halyard/exec/run_fixture.hpp"
+#include "halyard/exec/run_testing.hpp"
 
 namespace halyard {
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "halyard/exec/run_fixture.hpp"
+#include "halyard/exec/run_testing.hpp"
 
 namespace halyard {
 namespace {

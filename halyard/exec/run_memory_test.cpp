@@ -3,7 +3,7 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 
-#include "halyard/exec/run_fixture.hpp"
+#include "halyard/exec/run_testing.hpp"
 
 namespace halyard {
 namespace {

@@ -1,7 +1,7 @@
 #include "halyard/terminal/file_browser.hpp"
 
-#include <cstdlib>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 

@@ -12,7 +12,6 @@
 #include <unistd.h>
 
 #include "core/app_context.hpp"
-#include "halyard/terminal/keys.hpp"
 #include "halyard/terminal/terminal_guard.hpp"
 
 namespace halyard {
@@ -173,8 +172,6 @@ void dropInputReadAhead() {
   state().end = 0;
 }
 
-bool inputEnded() { return state().ended && *state().ended == inputIdentity().value_or(FileIdentity{}); }
-
-void waitForSignal() { pause(); }
+bool keyboardInputEnded() { return state().ended && *state().ended == inputIdentity().value_or(FileIdentity{}); }
 
 }  // namespace halyard

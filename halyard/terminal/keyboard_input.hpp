@@ -23,5 +23,7 @@ InputByte inputByteWithin(int milliseconds);
 std::optional<std::string> waitForInputLine();
 /// Forgets what was read ahead.
 void dropInputReadAhead();
+/// True once the input that stands at descriptor 0 now has ended.
+bool keyboardInputEnded();
 
 }  // namespace halyard

@@ -103,6 +103,10 @@ void flushPendingInput() {
   tcflush(STDIN_FILENO, TCIFLUSH);
 }
 
+bool inputEnded() { return keyboardInputEnded(); }
+
+void waitForSignal() { pause(); }
+
 RawKey readKey() { return readOneKey().key; }
 
 std::string readKeyChar() {

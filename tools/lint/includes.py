@@ -71,7 +71,7 @@ def check(root, paths):
     faults, known = [], set(paths)
     files, folders = {}, {}
     for path in paths:
-        is_test = path.endswith("_test.cpp") or path.startswith(("tests/", "bench/", "fuzz/", "tools/"))
+        is_test = path.endswith(("_test.cpp", "_testing.hpp")) or path.startswith(("tests/", "bench/", "fuzz/", "tools/"))
         here = room(path)
         for target in includes_of(root, path):
             if target not in known:
