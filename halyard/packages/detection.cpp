@@ -13,20 +13,21 @@ constexpr const char* packageSearch =
     "-maxdepth 3 -o \\( -name 'Package.resolved' -not -path '*/Carthage/*' -not -path '*/Pods/*' \\) -maxdepth 6 "
     "2>/dev/null | head -1";
 
-bool isFileHere(const char* name) {
+}  // namespace
+
+bool packageFileExists(const std::string& path) {
   try {
-    const FileType type = AppDependencies::current().fileSystemClient->attributesOfItem(name).type;
+    const FileType type = AppDependencies::current().fileSystemClient->attributesOfItem(path).type;
     return type == FileType::regular || type == FileType::symbolicLink;
   } catch (const std::system_error&) {
     return false;
   }
 }
 
-}  // namespace
-
 DetectedPackageManagers DetectedPackageManagers::detect() {
-  return {
-      .hasSPM = !run(packageSearch).empty(), .hasPods = isFileHere("Podfile"), .hasCarthage = isFileHere("Cartfile")};
+  return {.hasSPM = !run(packageSearch).empty(),
+          .hasPods = packageFileExists("Podfile"),
+          .hasCarthage = packageFileExists("Cartfile")};
 }
 
 std::string DetectedPackageManagers::displayNames() const {

@@ -21,6 +21,9 @@ struct DetectedPackageManagers {
   bool operator==(const DetectedPackageManagers&) const = default;
 };
 
+/// Whether the path names a file or a link, not a folder.
+bool packageFileExists(const std::string& path);
+
 /// Where each manager keeps its downloads, with a leading tilde.
 namespace PackageManagerCachePath {
 inline constexpr std::string_view spm = "~/Library/Caches/org.swift.swiftpm";

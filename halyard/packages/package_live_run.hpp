@@ -1,8 +1,8 @@
 // Runs a manager's tool with its rows on the screen.
 #pragma once
 
+#include <functional>
 #include <string>
-#include <string_view>
 
 #include "halyard/packages/package_live.hpp"
 
@@ -15,7 +15,7 @@ struct PackageRun {
   double timeout = 0;  ///< seconds; 0: none
   std::string successText;
   std::string failureText;
-  PackageTable (*seed)() = nullptr;  ///< the rows to begin with, read anew for each attempt; null: none
+  std::function<PackageTable()> seed = {};  ///< the rows to begin with, read anew for each attempt; empty: none
 };
 
 /// Runs with the table in place, then prints the result. After a failure the error lines and the choice to try again;
