@@ -61,6 +61,7 @@ struct ActivitySpinner::State {
   std::mutex lock;
   std::condition_variable stopped;
   std::string label;
+  std::string detail;
   bool isRunning = false;
   Clock::time_point startTime;
   int columns = 80;
@@ -70,7 +71,7 @@ struct ActivitySpinner::State {
     std::unique_lock held(lock);
     if (!isRunning) return false;
     std::string line("\r");
-    line.append(spinnerLine(frame, label, secondsSince(startTime), columns)).append(Cursor::eraseLineEnd);
+    line.append(spinnerLine(frame, label, secondsSince(startTime), columns, detail)).append(Cursor::eraseLineEnd);
     print(line);
     flushOutput();
     return !stopped.wait_for(held, frameTime, [this] { return !isRunning; });
@@ -95,9 +96,10 @@ std::string ActivitySpinner::label() const {
   return state_->label;
 }
 
-void ActivitySpinner::setLabel(std::string label) {
+void ActivitySpinner::setLabel(std::string label, std::string detail) {
   const std::lock_guard held(state_->lock);
   state_->label = std::move(label);
+  state_->detail = std::move(detail);
 }
 
 void ActivitySpinner::start() {
@@ -128,11 +130,15 @@ void ActivitySpinner::stop(std::string_view finalText) {
   flushOutput();
 }
 
-std::string spinnerLine(std::string_view frame, std::string_view label, long elapsedSeconds, int columns) {
+std::string spinnerLine(std::string_view frame, std::string_view label, long elapsedSeconds, int columns,
+                        std::string_view detail) {
   const std::string time = fmt::format("{}s", elapsedSeconds);
   // The last column stays free: a terminal that stands behind it would erase it or wrap.
   const int room = columns - 1 - cellWidth(frame) - static_cast<int>(time.size()) - 4;
-  const std::string shown = fittedLabel(label, room);
+  std::string shown = fittedLabel(label, room);
+  if (const int left = room - cellWidth(shown) - 2; !detail.empty() && left > 0) {
+    shown += fmt::format("  {}{}{}", Color::dim, fittedLabel(detail, left), Color::reset);
+  }
   const std::string line =
       fmt::format("{}{}{}  {}  {}{}{}", Color::boldBlue, frame, Color::reset, shown, Color::dim, time, Color::reset);
   return clippedVisible(line, room < 0 ? std::max(columns - 1, 0) : columns);

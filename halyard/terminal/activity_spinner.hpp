@@ -20,8 +20,8 @@ class ActivitySpinner {
   ActivitySpinner& operator=(const ActivitySpinner&) = delete;
 
   [[nodiscard]] std::string label() const;
-  /// From any thread; a running spinner shows it on its next frame.
-  void setLabel(std::string label);
+  /// From any thread; a running spinner shows it on its next frame. A detail stands behind the label in dim.
+  void setLabel(std::string label, std::string detail = {});
 
   void start();
   /// Clears the line; a text that isn't empty stays behind as a line with a check mark.
@@ -33,8 +33,10 @@ class ActivitySpinner {
   std::thread thread_;
 };
 
-/// The spinner's line for a terminal of this many columns: frame, label and seconds on one line that never wraps.
-std::string spinnerLine(std::string_view frame, std::string_view label, long elapsedSeconds, int columns);
+/// The spinner's line for a terminal of this many columns: frame, label, detail and seconds on one line that never
+/// wraps.
+std::string spinnerLine(std::string_view frame, std::string_view label, long elapsedSeconds, int columns,
+                        std::string_view detail = {});
 
 /// One line of progress: bar of 26 cells, percentage, done/total, label and the seconds since `start`.
 void printProgress(int done, int total, std::string_view label, std::chrono::steady_clock::time_point start);

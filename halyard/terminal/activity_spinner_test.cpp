@@ -103,6 +103,15 @@ TEST(ActivitySpinner, ANewLabelShowsOnANextFrame) {
   EXPECT_NE(text.find("second"), std::string::npos);
 }
 
+TEST(ActivitySpinner, ADetailStandsBehindTheLabelInDimUntilTheNextLabel) {
+  EXPECT_EQ(spinnerLine("*", "Fetching", 3, 80, "Name"),
+            "\x1b[1;34m*\x1b[0m  Fetching  \x1b[2mName\x1b[0m  \x1b[2m3s\x1b[0m");
+  EXPECT_EQ(spinnerLine("*", "Fetching", 3, 20, "LongName"),
+            "\x1b[1;34m*\x1b[0m  Fetching  \x1b[2mL…\x1b[0m  \x1b[2m3s\x1b[0m");
+  EXPECT_EQ(spinnerLine("*", "Fetching", 3, 18, "Name"), "\x1b[1;34m*\x1b[0m  Fetching  \x1b[2m3s\x1b[0m");
+  EXPECT_EQ(spinnerLine("*", "A", 3, 80, "\x1b[31mB").find("\x1b[31m"), std::string::npos);
+}
+
 TEST(ActivitySpinner, TheLabelMayBeSetFromAnyThread) {
   const std::string text = printedBy([] {
     ActivitySpinner spinner("label 0");
