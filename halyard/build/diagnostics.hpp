@@ -26,6 +26,9 @@ XBDiagnostic parseDiagnostic(std::string_view line, bool isError);
 enum class DiagnosticMarker : std::uint8_t { none, warning, error };
 DiagnosticMarker diagnosticMarker(std::string_view line);
 
+/// The tool's text as it is shown: without its colours, and with nothing in it that a terminal could obey.
+std::string shownToolText(std::string_view text);
+
 /// "  File.swift:12" in dim, or nothing without a file's name.
 std::string locationSuffix(const XBDiagnostic& diagnostic);
 
