@@ -4,11 +4,6 @@
 
 namespace halyard {
 
-std::string osLabel(const PhysicalDeviceInfo& device) {
-  if (device.osName.empty() || device.osVersion.empty()) return device.osName + device.osVersion;
-  return device.osName + " " + device.osVersion;
-}
-
 std::optional<ActiveTarget> activeTarget() {
   if (const auto& device = selectedPhysicalDevice(); device && lastSelectedDeviceKind() == "physical") {
     return ActiveTarget{device->udid, device->name, osLabel(*device), ActiveTarget::Kind::physical};

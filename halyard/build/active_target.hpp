@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "core/physical_device_info.hpp"
+#include "halyard/device/device_names.hpp"
 
 namespace halyard {
 
@@ -19,8 +19,5 @@ struct ActiveTarget {
 
 /// The target that the selection names, or nothing.
 std::optional<ActiveTarget> activeTarget();
-
-/// Name and version of the device's system, as far as they are known: "iOS 18.1".
-std::string osLabel(const PhysicalDeviceInfo& device);
 
 }  // namespace halyard

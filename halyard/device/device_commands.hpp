@@ -25,8 +25,8 @@ struct DeviceCommandResult {
 
 /// `path` is an .app folder or an .ipa file.
 DeviceCommandResult installOnDevice(const std::string& udid, const std::string& path);
-/// The same without a word and whatever comes of it: for a launch that tells its own failures.
-void installOnDeviceQuietly(const std::string& udid, const std::string& path);
+/// The same without a word and whatever comes of it: for a launch that tells its own failures. The shell's status.
+std::int32_t installOnDeviceQuietly(const std::string& udid, const std::string& path);
 DeviceCommandResult launchOnDevice(const std::string& udid, const std::string& bundleID);
 DeviceCommandResult openUrlOnDevice(const std::string& udid, const std::string& url);
 DeviceCommandResult terminateOnDevice(const std::string& udid, std::int64_t processID);
