@@ -84,7 +84,7 @@ const Tool& toolOf(PackageTool tool) { return tools[static_cast<std::size_t>(too
 /// As names and addresses are compared.
 std::string comparable(std::string_view name) {
   std::string text = lowercased(name);
-  replaceAll(text, ".git", "");
+  if (text.ends_with(".git")) text.resize(text.size() - 4);
   return text;
 }
 

@@ -26,7 +26,7 @@ struct PackageRow {
 /// The rows of a run. It isn't locked: whoever shares it between threads does that.
 struct PackageTable {
   PackageTool tool = PackageTool::spm;
-  std::vector<PackageRow> rows;
+  std::vector<PackageRow> rows = {};
   bool started = false;  ///< the first line has come
   bool sawError = false;
   std::size_t lastChanged = 0;  ///< row that a line moved last
