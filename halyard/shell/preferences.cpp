@@ -213,7 +213,7 @@ void takeDevices(const PreferenceValues& values) {
 }
 
 // A selection is a few kilobytes; a file far beyond that is none of ours and isn't worth the memory.
-constexpr std::uintmax_t largestFile = 64U * 1024U * 1024U;
+constexpr std::uintmax_t largestFile = 64U << 20U;
 
 }  // namespace
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""The checks of `./dev lint`: formatting, clang-tidy, include directions, catalog keys, sizes. --all: tidy every
-file that is no test, instead of the changed ones."""
+"""The checks of `./dev lint`: formatting, clang-tidy, include directions, catalog keys, sizes. clang-tidy takes the
+files that changed since the last push, or since COMMIT with --since COMMIT, or with --all every one that is no test."""
 import concurrent.futures
 import os
 import re
@@ -29,10 +29,12 @@ def git_files(*patterns):
     return [path for path in listed if path and os.path.exists(os.path.join(ROOT, path))]
 
 
-def changed_files():
-    base = subprocess.run(["git", "merge-base", "HEAD", "@{upstream}"], cwd=ROOT, capture_output=True, text=True)
-    reference = base.stdout.strip() if base.returncode == 0 else "HEAD"
-    diff = subprocess.run(["git", "diff", "--name-only", reference], cwd=ROOT, capture_output=True, text=True)
+def changed_files(since):
+    """What differs from a commit, committed or not; without one, from what this branch was last pushed as."""
+    if not since:
+        base = subprocess.run(["git", "merge-base", "HEAD", "@{upstream}"], cwd=ROOT, capture_output=True, text=True)
+        since = base.stdout.strip() if base.returncode == 0 else "HEAD"
+    diff = subprocess.run(["git", "diff", "--name-only", since], cwd=ROOT, capture_output=True, text=True)
     untracked = subprocess.run(["git", "ls-files", "-o", "--exclude-standard"], cwd=ROOT, capture_output=True, text=True)
     return set((diff.stdout + untracked.stdout).split("\n"))
 
@@ -99,7 +101,7 @@ def main():
     if "--all" in sys.argv[1:]:
         compiled = [path for path in compiled if not path.endswith("_test.cpp")]
     else:
-        changed = changed_files()
+        changed = changed_files(sys.argv[sys.argv.index("--since") + 1] if "--since" in sys.argv else "")
         compiled = [path for path in compiled if path in changed]
     checks = [
         ("format", lambda: check_format(sources)),
