@@ -1,0 +1,95 @@
+#include "halyard/build/clean_steps.hpp"
+
+#include <array>
+#include <string_view>
+
+#include "core/app_context.hpp"
+#include "core/app_dependencies.hpp"
+#include "core/string_catalog.hpp"
+#include "core/text.hpp"
+#include "halyard/build/build_timeline.hpp"
+#include "halyard/build/project_location.hpp"
+#include "halyard/exec/shell_quote.hpp"
+#include "halyard/terminal/screen.hpp"
+
+namespace halyard {
+
+namespace {
+
+struct CacheRow {
+  std::string_view name;
+  std::string_view infoKey;
+  std::string_view command;
+};
+
+constexpr CacheRow moduleCache = {"ModuleCache", "deleting_module_cache_detail",
+                                  "rm -rf ~/Library/Developer/Xcode/ModuleCache"};
+constexpr auto otherSharedCaches = std::to_array<CacheRow>({
+    {"SimulatorCache", "deleting_simulator_cache_detail", "rm -rf ~/Library/Developer/CoreSimulator/Caches"},
+    {"Xcode Caches", "deleting_xcode_caches_detail", "rm -rf ~/Library/Caches/com.apple.dt.Xcode"},
+});
+constexpr CacheRow packageCache = {"SPM Cache", "deleting_spm_cache_detail",
+                                   "rm -rf ~/Library/Caches/org.swift.swiftpm"};
+constexpr CacheRow podCache = {"CocoaPods Cache", "deleting_cocoapods_cache_detail",
+                               "rm -rf ~/Library/Caches/CocoaPods"};
+constexpr CacheRow carthageCache = {"Carthage Cache", "deleting_carthage_cache_detail",
+                                    "rm -rf ~/Library/Caches/org.carthage.CarthageKit"};
+
+CleanStep step(const CacheRow& row) {
+  return {
+      .name = std::string(row.name), .info = std::string(localized(row.infoKey)), .command = std::string(row.command)};
+}
+
+std::string deletionOfProjectFolder() { return "rm -rf " + shellQuote(privateDerivedDataPath()); }
+
+CleanStep sourcePackagesStep() {
+  return {.name = "SPM SourcePackages",
+          .info = std::string(localized("deleting_spm_sourcepackages_detail")),
+          .command = deletionOfProjectFolder() + "/SourcePackages"};
+}
+
+}  // namespace
+
+CleanStep projectBuildFolderStep() {
+  const std::string folder = displaySafe(privateDerivedDataDisplay());
+  return {
+      .name = folder, .info = localizedFormat("delete_capstan_build", folder), .command = deletionOfProjectFolder()};
+}
+
+CleanStep derivedDataStep() {
+  return {.name = "DerivedData",
+          .info = std::string(localized("deleting_deriveddata_detail")),
+          .command = "rm -rf ~/Library/Developer/Xcode/DerivedData"};
+}
+
+CleanStep moduleCacheStep() { return step(moduleCache); }
+
+std::vector<CleanStep> sharedCacheSteps() {
+  std::vector<CleanStep> steps = {moduleCacheStep()};
+  for (const CacheRow& row : otherSharedCaches) steps.push_back(step(row));
+  return steps;
+}
+
+std::vector<CleanStep> fullCleanSteps(const DetectedPackageManagers& managers) {
+  std::vector<CleanStep> steps = sharedCacheSteps();
+  steps.insert(steps.begin(), projectBuildFolderStep());
+  if (managers.hasSPM) {
+    steps.push_back(step(packageCache));
+    steps.push_back(sourcePackagesStep());
+  }
+  if (managers.hasPods) steps.push_back(step(podCache));
+  if (managers.hasCarthage) steps.push_back(step(carthageCache));
+  return steps;
+}
+
+void performCleanSteps(const std::vector<CleanStep>& steps) {
+  for (const CleanStep& each : steps) {
+    if (operationAborted()) return;
+    BuildTimeline::measureStep(each.name, [&] {
+      printInfo(each.info);
+      run(each.command);
+    });
+  }
+}
+
+}  // namespace halyard
