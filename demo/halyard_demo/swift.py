@@ -1,8 +1,8 @@
-"""swift: its version."""
+"""swift: its version, and the package manager."""
 
 import sys
 
-from halyard_demo import dispatcher
+from halyard_demo import dispatcher, swift_package
 
 
 def run(arguments, state):
@@ -13,4 +13,6 @@ def run(arguments, state):
         print("Apple Swift version %s (swiftlang-%s.1.10 clang-1600.0.30.1)" % (version, version))
         print("Target: arm64-apple-macosx15.0")
         return 0
+    if arguments[:1] == ["package"]:
+        return swift_package.run(arguments[1:], state)
     return dispatcher.not_yet("swift", arguments)

@@ -7,12 +7,14 @@ from collections import namedtuple
 Tool = namedtuple("Tool", "name module on_path")
 
 TOOLS = (
+    Tool("carthage", "carthage", True),
     Tool("defaults", "defaults", True),
     Tool("devicectl", "devicectl", False),
     Tool("mdfind", "mdfind", True),
     Tool("open", "open_tool", True),
     Tool("osascript", "osascript", True),
     Tool("pbcopy", "pasteboard", True),
+    Tool("pod", "pod", True),
     Tool("simctl", "simctl", False),
     Tool("sw_vers", "sw_vers", True),
     Tool("swift", "swift", True),
