@@ -116,17 +116,19 @@ void listApps(const PhysicalDeviceInfo& device) {
 }  // namespace
 
 void showAllDevices() {
-  runDeviceAction("show_all_devices", [](const PhysicalDeviceInfo&) { listDevices(); });
+  runDeviceAction("show_all_devices", "show_all_devices_description", [](const PhysicalDeviceInfo&) { listDevices(); });
 }
 
-void installAppOnDevice() { runDeviceAction("install_app_on_device", install); }
+void installAppOnDevice() { runDeviceAction("install_app_on_device", "install_app_on_device_description", install); }
 
-void launchAppOnDevice() { runDeviceAction("launch_app_on_device", launch); }
+void launchAppOnDevice() { runDeviceAction("launch_app_on_device", "launch_app_on_device_description", launch); }
 
-void terminateAppOnDevice() { runDeviceAction("terminate_app_on_device", terminate); }
+void terminateAppOnDevice() {
+  runDeviceAction("terminate_app_on_device", "terminate_app_on_device_description", terminate);
+}
 
-void uninstallAppFromDevice() { runDeviceAction("uninstall_app", uninstall); }
+void uninstallAppFromDevice() { runDeviceAction("uninstall_app", "uninstall_app_description", uninstall); }
 
-void listInstalledApps() { runDeviceAction("list_installed_apps", listApps); }
+void listInstalledApps() { runDeviceAction("list_installed_apps", "list_installed_apps_description", listApps); }
 
 }  // namespace halyard

@@ -26,8 +26,8 @@ std::optional<PhysicalDeviceInfo> readyDevice() {
 
 }  // namespace
 
-void runDeviceAction(std::string_view titleKey, const std::function<void(const PhysicalDeviceInfo&)>& work) {
-  const std::string descriptionKey = std::string(titleKey) + "_description";
+void runDeviceAction(std::string_view titleKey, std::string_view descriptionKey,
+                     const std::function<void(const PhysicalDeviceInfo&)>& work) {
   printActionHeader(localized(titleKey), localized(descriptionKey));
   printLine();
   if (const auto device = readyDevice()) work(*device);

@@ -10,9 +10,10 @@
 
 namespace halyard {
 
-/// Header with the title (and its "_description"), a selected device that answers or that the user wants to try
+/// Header with title and description, a selected device that answers or that the user wants to try
 /// nevertheless, the work, a wait for a key.
-void runDeviceAction(std::string_view titleKey, const std::function<void(const PhysicalDeviceInfo&)>& work);
+void runDeviceAction(std::string_view titleKey, std::string_view descriptionKey,
+                     const std::function<void(const PhysicalDeviceInfo&)>& work);
 
 /// The user left a list of the action's own: its back prompt doesn't wait.
 void leaveDeviceAction();

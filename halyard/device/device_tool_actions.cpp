@@ -96,10 +96,12 @@ void showLog(const PhysicalDeviceInfo& device) {
 
 }  // namespace
 
-void saveScreenshotOfDevice() { runDeviceAction("phy_take_screenshot", takeScreenshot); }
+void saveScreenshotOfDevice() {
+  runDeviceAction("phy_take_screenshot", "phy_take_screenshot_description", takeScreenshot);
+}
 
-void openDeepLinkOnDevice() { runDeviceAction("phy_open_deep_link", openDeepLink); }
+void openDeepLinkOnDevice() { runDeviceAction("phy_open_deep_link", "phy_open_deep_link_description", openDeepLink); }
 
-void showLiveLogOfDevice() { runDeviceAction("live_log_from_device", showLog); }
+void showLiveLogOfDevice() { runDeviceAction("live_log_from_device", "live_log_from_device_description", showLog); }
 
 }  // namespace halyard
