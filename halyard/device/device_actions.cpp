@@ -29,7 +29,7 @@ namespace {
 
 constexpr int nameWidth = 28;
 constexpr int versionWidth = 10;
-constexpr int fieldWidth = 9;
+constexpr int fieldWidth = 8;
 
 void printField(std::string_view labelKey, std::string_view value) {
   const std::string label = padVisible(fmt::format("{}:", localized(labelKey)), fieldWidth);
@@ -42,7 +42,6 @@ void printDevice(const PhysicalDeviceInfo& device) {
   printField("phy_field_os", osLabel(device));
   printField("phy_field_udid", device.udid);
   printField("phy_field_state", deviceStateLabel(device.state));
-  printLine();
 }
 
 void listDevices() {
@@ -51,7 +50,10 @@ void listDevices() {
     printWarning(localized("no_physical_devices_detected"));
     printInfo(localized("phy_hint_connect_device"));
   }
-  for (const PhysicalDeviceInfo& device : devices) printDevice(device);
+  for (const PhysicalDeviceInfo& device : devices) {
+    if (&device != &devices.front()) printLine();
+    printDevice(device);
+  }
 }
 
 void install(const PhysicalDeviceInfo& device) {
