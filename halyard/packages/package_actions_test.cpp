@@ -2,6 +2,7 @@
 
 #include "core/string_catalog.hpp"
 #include "halyard/packages/packages_testing.hpp"
+#include "halyard/terminal/dialogs.hpp"
 
 namespace halyard {
 namespace {
@@ -91,7 +92,7 @@ INSTANTIATE_TEST_SUITE_P(
                              "Run carthage bootstrap?", "✅  Carthage synchronized."},
                     LiveCase{"UpdateFrameworks", updateFrameworks, "carthage update --use-xcframeworks",
                              "Really update all Carthage frameworks?", "✅  Carthage synchronized."}),
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& given) { return std::string(given.param.name); });
 
 TEST_F(PackageActions, RowsOfLiveRunsComeFromTheLockFiles) {
   pinPackages("lantern");

@@ -119,12 +119,15 @@ std::vector<std::size_t> rowsOfPod(const Rows& rows, std::string_view name) {
     return whole == part || whole.starts_with(part + "/");
   };
   std::vector<std::size_t> found;
-  std::optional<std::size_t> similar;
+  std::optional<std::size_t> longer;
+  std::optional<std::size_t> shorter;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const std::string row = lowercased(rows[i].name);
     if (isWithin(row, pod) || isWithin(pod, row)) found.push_back(i);
-    if (!similar && !row.empty() && (row.starts_with(pod) || pod.starts_with(row))) similar = i;
+    if (!longer && row.starts_with(pod)) longer = i;
+    if (!shorter && !row.empty() && pod.starts_with(row)) shorter = i;
   }
+  const std::optional<std::size_t> similar = longer ? longer : shorter;
   if (found.empty() && similar) found.push_back(*similar);
   return found;
 }

@@ -8,6 +8,7 @@
 #include "core/text.hpp"
 #include "halyard/packages/numbered_rows.hpp"
 #include "halyard/terminal/activity_spinner.hpp"
+#include "halyard/terminal/cursor.hpp"
 #include "halyard/terminal/dialogs.hpp"
 #include "halyard/terminal/output.hpp"
 #include "halyard/terminal/screen.hpp"
@@ -33,11 +34,12 @@ class LiveTable {
     if (table_.takeLine(line)) draw();
   }
 
-  void finish(bool succeeded, bool redraw) {
+  void finish(bool succeeded) {
     spinner_.stop();
     const std::lock_guard guard(lock_);
     table_.finish(succeeded);
-    if (redraw) draw();
+    draw();
+    print(Cursor::eraseBelow);
   }
 
  private:
@@ -51,6 +53,18 @@ class LiveTable {
   ActivitySpinner spinner_;
 };
 
+/// The runner has told below the spinner why it ended the tool, and the last frame went over that.
+void repeatRunnersWords(std::int32_t status, double timeout) {
+  if (operationAborted()) {
+    printLine();
+    printWarning(localized("operation_aborted"));
+  }
+  if (status == timeLimitStatus && timeout > 0) {
+    printLine();
+    printError(localizedFormat("operation_timed_out_var", static_cast<std::int64_t>(timeout)));
+  }
+}
+
 enum class Outcome { succeeded, failed, aborted };
 
 Outcome attempt(const PackageRun& run, std::string& output) {
@@ -60,8 +74,8 @@ Outcome attempt(const PackageRun& run, std::string& output) {
   PipeRunResult result = runLivePipe(
       run.command, {}, [&](std::string_view line) { live.take(line); }, run.timeout);
   const bool succeeded = result.status == 0 && !operationAborted();
-  // The runner has told below the table why it ended the tool; a frame over that would hide it.
-  live.finish(succeeded, !operationAborted() && result.status != timeLimitStatus);
+  live.finish(succeeded);
+  repeatRunnersWords(result.status, run.timeout);
   output = std::move(result.output);
   if (operationAborted()) return Outcome::aborted;
   return succeeded ? Outcome::succeeded : Outcome::failed;

@@ -1,7 +1,9 @@
 #include "halyard/packages/package_live_run.hpp"
 
+#include "core/text.hpp"
 #include "halyard/exec/command_runner.hpp"
 #include "halyard/packages/packages_testing.hpp"
+#include "tests/support/terminal_screen.hpp"
 
 namespace halyard {
 namespace {
@@ -91,6 +93,56 @@ TEST_F(PackageLiveRun, LinesOfARealChildComeOnItsOwnThread) {
   const std::string screen = shownWhileTyping("");
   EXPECT_TRUE(succeeded);
   EXPECT_THAT(screen, AllOf(HasSubstr("  ✓ Harbor\n  ◌ Rope\n"), HasSubstr("  ✓ Harbor\n  ✓ Rope\n")));
+}
+
+TEST_F(PackageLiveRun, ATimeLimitIsAFailureThatNamesIt) {
+  DefaultCommandRunner real;
+  const DependenciesGuard guard({&real, &context.files, &AppContext::shared()});
+  run.command = "echo Analyzing; sleep 5";
+  run.timeout = 1;
+  const std::string screen = shownWhileTyping("x\n");
+  EXPECT_FALSE(succeeded);
+  EXPECT_THAT(screen.substr(screen.rfind("CocoaPods")),
+              AllOf(HasSubstr("⏱ Operation aborted after 1 seconds (timeout)."), HasSubstr("✗ It failed.\n"),
+                    HasSubstr("[01] Retry loading")));
+}
+
+/// Standard output of a test is no terminal, so that the line ends are given here as one would.
+std::string onScreen(std::string output) {
+  replaceAll(output, "\n", "\r\n");
+  TerminalScreen screen(24, 80);
+  screen.feed("a line of the screen before\r\n");
+  screen.feed(output);
+  EXPECT_TRUE(screen.cursorVisible());
+  return screen.text();
+}
+
+TEST_F(PackageLiveRun, LeavesATableAndItsResultOnTheScreen) {
+  DefaultCommandRunner real;
+  const DependenciesGuard guard({&real, &context.files, &AppContext::shared()});
+  run.command = "echo Analyzing; sleep 0.2; echo 'Using Harbor (1)'; sleep 0.2; echo 'Installing Rope (1)'";
+  std::string drawn;
+  {
+    const CapturedOutput output;
+    runPackagesLive(run);
+    drawn = output.text();
+  }
+  EXPECT_EQ(onScreen(drawn), "\n  ▶  CocoaPods   2/2\n  " + repeated("─", 75) +
+                                 "\n  ✓ Harbor\n  ✓ Rope\n\n    ✅  Synchronized.     Run pod install\n");
+}
+
+TEST_F(PackageLiveRun, AnAbortLeavesTheTableAndTheMessageAndNoSpinner) {
+  DefaultCommandRunner real;
+  const DependenciesGuard guard({&real, &context.files, &AppContext::shared()});
+  run.command = "echo Analyzing; sleep 0.3; kill -INT " + std::to_string(getpid()) + "; sleep 5";
+  std::string drawn;
+  {
+    const CapturedOutput output;
+    EXPECT_FALSE(runPackagesLive(run));
+    drawn = output.text();
+  }
+  EXPECT_TRUE(operationAborted());
+  EXPECT_THAT(onScreen(drawn), HasSubstr("  ✗ Harbor\n  ✗ Rope\n\n\n  ⚠ Operation aborted.\n"));
 }
 
 }  // namespace

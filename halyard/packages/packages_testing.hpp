@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "halyard/packages/package_readers.hpp"
 #include "halyard/terminal/screen.hpp"
@@ -60,6 +61,18 @@ class PackagesTest : public testing::Test {
   ScriptedCommandRunner& runner = context.runner;
   TemporaryFolder folder;
 };
+
+/// Until this stands in what shown() collects: for what another thread draws.
+inline void waitUntilShown(std::string_view text) {
+  std::string all(1U << 16U, '\0');
+  for (int attempt = 0; attempt < 500; ++attempt) {
+    const ssize_t size = pread(STDOUT_FILENO, all.data(), all.size(), 0);
+    if (size > 0 && std::string_view(all.data(), static_cast<std::size_t>(size)).find(text) != std::string::npos)
+      return;
+    usleep(10'000);
+  }
+  ADD_FAILURE() << "never shown: " << text;
+}
 
 inline std::size_t occurrences(std::string_view text, std::string_view what) {
   std::size_t found = 0;
