@@ -11,6 +11,7 @@
 #include "halyard/terminal/keys.hpp"
 #include "halyard/terminal/output.hpp"
 #include "halyard/terminal/screen.hpp"
+#include "halyard/terminal/terminal_restore.hpp"
 
 namespace halyard {
 

@@ -18,6 +18,7 @@
 #include "halyard/terminal/output.hpp"
 #include "halyard/terminal/overlay_box.hpp"
 #include "halyard/terminal/screen.hpp"
+#include "halyard/terminal/terminal_restore.hpp"
 
 namespace halyard {
 

@@ -16,6 +16,7 @@
 #include "halyard/terminal/cursor.hpp"
 #include "halyard/terminal/output.hpp"
 #include "halyard/terminal/screen.hpp"
+#include "halyard/terminal/terminal_restore.hpp"
 
 namespace halyard {
 

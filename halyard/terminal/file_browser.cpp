@@ -17,6 +17,7 @@
 #include "halyard/terminal/meta_line.hpp"
 #include "halyard/terminal/output.hpp"
 #include "halyard/terminal/screen.hpp"
+#include "halyard/terminal/terminal_restore.hpp"
 
 namespace halyard {
 

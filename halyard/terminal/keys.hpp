@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "halyard/terminal/terminal_restore.hpp"
+
 namespace halyard {
 
 struct RawKey {
@@ -42,14 +44,5 @@ std::string readKeyChar();
 bool inputEnded();
 /// Sleeps until a signal comes, without using the processor: what is left to do when input has ended.
 void waitForSignal();
-/// True once after each resume (SIGCONT) or resize (SIGWINCH): the frame on the screen can't be trusted.
-bool takeScreenDamage();
-
-/// Registers, once, with atexit: the cursor shows again.
-void registerExitCursorRestore();
-/// Puts the handlers in place that restore the terminal, end the children and die by the same signal. The first raw
-/// mode does it; the command runner restores these after its own SIGINT handler. A signal that was ignored when the
-/// process started stays ignored. To be called on the main thread first.
-void installTerminalSignalHandlers();
 
 }  // namespace halyard

@@ -9,9 +9,7 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include "halyard/terminal/cursor.hpp"
-#include "halyard/terminal/screen.hpp"
-#include "halyard/terminal/terminal_guard.hpp"
+#include "halyard/terminal/terminal_size.hpp"
 
 namespace halyard {
 
@@ -92,18 +90,6 @@ void flushOutput() {
   Output& out = output();
   const std::lock_guard guard(out.lock);
   if (!out.collecting) writeBuffer(out);
-}
-
-void hideCursor() {
-  noteCursorHidden(true);
-  print(Cursor::hide);
-  flushOutput();
-}
-
-void showCursor() {
-  print(Cursor::show);
-  flushOutput();
-  noteCursorHidden(false);
 }
 
 void useFullBuffering() { setBuffered(true); }

@@ -11,11 +11,6 @@ void print(std::string_view text);
 void printLine(std::string_view text = {});
 void flushOutput();
 
-/// The cursor is hidden in the full-screen state and behind a spinner. A process that goes on after a stop hides it
-/// again if it was hidden by these.
-void hideCursor();
-void showCursor();
-
 /// Full-screen state: a buffer of 65,536 bytes, written by flushOutput() in one piece.
 void useFullBuffering();
 /// Plain state, that of the start: what is printed appears at once.

@@ -11,6 +11,7 @@
 #include "core/text.hpp"
 #include "halyard/terminal/keys.hpp"
 #include "halyard/terminal/screen.hpp"
+#include "halyard/terminal/terminal_restore.hpp"
 #include "halyard/terminal/terminal_testing.hpp"
 
 namespace halyard {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include "core/string_catalog.hpp"
@@ -39,12 +38,6 @@ std::string without(std::string_view text, LengthOf lengthOf) {
     text.remove_prefix(std::max<std::size_t>(length, 1));
   }
   return plain;
-}
-
-winsize windowSize() {
-  winsize size{};
-  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) size = {};
-  return size;
 }
 
 void printStatus(std::string_view color, std::string_view symbol, std::string_view text) {
@@ -129,16 +122,6 @@ std::string repeated(std::string_view text, int count) {
   if (count > 0) result.reserve(text.size() * static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) result += text;
   return result;
-}
-
-int terminalRows() {
-  const int rows = windowSize().ws_row;
-  return rows == 0 ? 40 : rows;
-}
-
-int terminalColumns() {
-  const int columns = windowSize().ws_col;
-  return columns == 0 ? 80 : columns;
 }
 
 void clearScreen() {

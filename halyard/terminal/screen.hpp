@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "halyard/terminal/terminal_size.hpp"
+
 namespace halyard {
 
 namespace Layout {
@@ -32,9 +34,6 @@ std::string stripAnsi(std::string_view text);
 std::string clippedVisible(std::string_view text, int width);
 /// `count` times the text, which may be one multi-byte character.
 std::string repeated(std::string_view text, int count);
-
-int terminalRows();     ///< 40 when unknown
-int terminalColumns();  ///< 80 when unknown
 
 void clearScreen();
 

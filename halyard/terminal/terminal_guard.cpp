@@ -12,8 +12,8 @@
 
 #include "halyard/platform/processes.hpp"
 #include "halyard/terminal/cursor.hpp"
-#include "halyard/terminal/keys.hpp"
 #include "halyard/terminal/output.hpp"
+#include "halyard/terminal/terminal_restore.hpp"
 
 namespace halyard {
 
@@ -254,6 +254,18 @@ void setBracketedPaste(bool on) {
   print(on ? Cursor::bracketedPasteOn : Cursor::bracketedPasteOff);
   flushOutput();
   if (!on) guard.pasteOpen.store(false);
+}
+
+void hideCursor() {
+  noteCursorHidden(true);
+  print(Cursor::hide);
+  flushOutput();
+}
+
+void showCursor() {
+  print(Cursor::show);
+  flushOutput();
+  noteCursorHidden(false);
 }
 
 void noteCursorHidden(bool hidden) noexcept { guard.cursorHidden.store(hidden); }

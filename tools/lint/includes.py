@@ -85,9 +85,10 @@ def check(root, paths):
             if here is None or there is None:
                 faults.append("%s: includes %s, which has no floor" % (path, target))
                 continue
-            if here[0] != there[0]:
-                folders.setdefault(here[0], set()).add(there[0])
-                if there[1] >= here[1]:
+            if here != there:
+                # A folder of two floors is two rooms.
+                folders.setdefault("%s (floor %d)" % here, set()).add("%s (floor %d)" % there)
+                if there[1] >= here[1] and not (here[0] == there[0] and there[1] <= here[1]):
                     faults.append("%s (floor %d) includes %s (floor %d)" % (path, here[1], target, there[1]))
     for node, targets in files.items():
         targets.discard(node)
