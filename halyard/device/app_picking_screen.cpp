@@ -131,10 +131,11 @@ std::optional<std::string> pickAppFile() {
 }
 
 std::optional<std::string> pickInstalledApp(const PhysicalDeviceInfo& device) {
-  const std::string stored = selectedBundleID();
-  if (stored.empty()) return pickFromDevice(device);
-  if (launchedByHotkey()) return confirmedPick(stored);
   for (;;) {
+    // Asked each time: the prompt serves the main menu's letters, and one of them changes it.
+    const std::string& stored = selectedBundleID();
+    if (stored.empty()) return pickFromDevice(device);
+    if (launchedByHotkey()) return confirmedPick(stored);
     printMenuRow(rowMark(0), displaySafe(stored));
     printMenuRow(rowMark(1), localized("phy_installed_apps_pick_one"));
     printMenuRow("x", localized("menu_back"));
@@ -145,7 +146,7 @@ std::optional<std::string> pickInstalledApp(const PhysicalDeviceInfo& device) {
       return std::nullopt;
     }
     const auto index = chosenIndex(answer, 2);
-    if (index == 0U) return confirmedPick(stored);
+    if (index == 0U) return confirmedPick(selectedBundleID());
     if (index == 1U) return pickFromDevice(device);
   }
 }

@@ -143,14 +143,14 @@ DevicePick pickPhysicalDevice(bool clearFirst) {
 }
 
 std::optional<PhysicalDeviceInfo> ensurePhysicalDevice() {
-  if (const auto selected = selectedPhysicalDevice()) return refreshed(*selected);
+  if (const auto& selected = selectedPhysicalDevice()) return refreshed(*selected);
   printInfo(localized("phy_no_device_selected_opening_picker"));
   if (pickPhysicalDevice(false) == DevicePick::left) setSuppressBackPrompt(true);
   return selectedPhysicalDevice();
 }
 
 bool ensureDeviceReachable() {
-  const auto selected = selectedPhysicalDevice();
+  const auto& selected = selectedPhysicalDevice();
   if (!selected) {
     printResult(localized("no_physical_device_selected"), ResultStyle::failure);
     printInfo(localized("phy_hint_connect_device"));
