@@ -1,12 +1,9 @@
-// The choices that the menu's lower-case letters open.
+// The selections that the menu's letters open: with their header, without its explanation.
 #pragma once
 
 namespace halyard {
 
 void selectSchemeFromMenu();
 void selectTestSchemeFromMenu();
-void selectDeviceFromMenu();
-void selectConfigurationFromMenu();
-void askBundleIDFromMenu();
 
 }  // namespace halyard

@@ -6,6 +6,8 @@
 
 #include "core/string_catalog.hpp"
 #include "halyard/browser/directory_view.hpp"
+#include "halyard/build/build_flows.hpp"
+#include "halyard/build/selection.hpp"
 #include "halyard/git/git_view.hpp"
 #include "halyard/shell/directory_setup.hpp"
 #include "halyard/shell/help_table.hpp"
@@ -125,11 +127,11 @@ constexpr auto inlineActions = std::to_array<InlineAction>({
     {"w", "en", runDirectorySetup},
     {"s", "", selectSchemeFromMenu},
     {"t", "", selectTestSchemeFromMenu},
-    {"d", "", selectDeviceFromMenu},
-    {"g", "de", selectDeviceFromMenu},
-    {"k", "", selectConfigurationFromMenu},
-    {"c", "en", selectConfigurationFromMenu},
-    {"b", "", askBundleIDFromMenu},
+    {"d", "", selectDevice},
+    {"g", "de", selectDevice},
+    {"k", "", selectBuildConfiguration},
+    {"c", "en", selectBuildConfiguration},
+    {"b", "", askForBundleIdentifier},
     {"l", "", toggleLanguage},
 });
 
@@ -293,10 +295,10 @@ void installMenuLettersAtPrompts() {
       {"a", "", runDirectorySetup},
       {"s", "", selectSchemeFromMenu},
       {"t", "", selectTestSchemeFromMenu},
-      {"d", "", selectDeviceFromMenu},
-      {"k", "", selectConfigurationFromMenu},
-      {"c", "en", selectConfigurationFromMenu},
-      {"b", "", askBundleIDFromMenu},
+      {"d", "", selectDevice},
+      {"k", "", selectBuildConfiguration},
+      {"c", "en", selectBuildConfiguration},
+      {"b", "", askForBundleIdentifier},
       {"l", "", toggleLanguage},
   });
   installChoiceShortcuts(shortcuts);

@@ -7,7 +7,11 @@
 #include "core/string_catalog.hpp"
 #include "halyard/browser/directory_view.hpp"
 #include "halyard/build/project_location.hpp"
+#include "halyard/build/selection.hpp"
+#include "halyard/device/device_selection.hpp"
 #include "halyard/git/git_view.hpp"
+#include "halyard/packages/dependencies_menu.hpp"
+#include "halyard/shell/directory_setup.hpp"
 #include "halyard/shell/goodbye.hpp"
 #include "halyard/shell/header.hpp"
 #include "halyard/shell/key_dispatch.hpp"
@@ -51,6 +55,18 @@ void enterSavedWorkingDirectory() {
     forgetSelection();
     savePreferences();
   }
+}
+
+/// What the lower floors need of the shell.
+void installShell() {
+  installLanguageSaver(savePreferences);
+  installSelectionSaver(savePreferences);
+  installDeviceSelectionSaver(savePreferences);
+  installMenuLettersAtPrompts();
+  installDirectorySetupSteps({.resolveDependencies = [] { resolveDetectedDependencies(); },
+                              .selectScheme = [] { selectScheme(false, false); },
+                              .selectTestScheme = [] { selectTestScheme(false, false); },
+                              .selectDevice = selectDevice});
 }
 
 void enterFullScreen() {
@@ -158,8 +174,7 @@ void runMainLoop(Menu (*build)()) {
   print("\n  ⏳  Please wait …\n\n");
   flushOutput();
   loadStringCatalog({});
-  installLanguageSaver(savePreferences);
-  installMenuLettersAtPrompts();
+  installShell();
   loadPreferences();
   enterSavedWorkingDirectory();
   detectProject();

@@ -6,7 +6,10 @@
 #include "core/string_catalog.hpp"
 #include "core/text.hpp"
 #include "halyard/build/active_target.hpp"
+#include "halyard/build/build_flows.hpp"
 #include "halyard/build/project_location.hpp"
+#include "halyard/device/device_actions.hpp"
+#include "halyard/packages/dependencies_menu.hpp"
 #include "halyard/shell/menu_model.hpp"
 #include "halyard/shell/open_file.hpp"
 #include "halyard/shell/unavailable_action.hpp"
@@ -42,7 +45,7 @@ void selectProjectConfiguration() {
 constexpr MenuRow deleteRows[] = {
     {.key = "show_all_caches"},
     {.key = {}},
-    {.key = "xcodebuild_clean"},
+    {.key = "xcodebuild_clean", .action = cleanBuild},
     {.key = "delete_capstan_build", .argument = privateDerivedDataName},
     {.key = "delete_derived_data_selective"},
     {.key = "delete_derived_data", .hotkey = 1},
@@ -58,35 +61,38 @@ constexpr MenuRow deleteRows[] = {
 };
 
 constexpr MenuRow buildRows[] = {
-    {.key = "verify"},
+    {.key = "verify", .action = runPreBuildChecks},
     {.key = {}},
-    {.key = "dependencies"},
+    {.key = "dependencies", .action = showDependenciesMenu},
     {.key = {}},
     {.key = "projekt_konfiguration"},
     {.key = {}},
-    {.key = "build", .isEnabled = hasTarget},
+    {.key = "build", .isEnabled = hasTarget, .action = buildApp},
     {.key = "build_run_simulator",
      .physicalKey = "build_run_physical",
      .macKey = "build_run_native",
      .hotkey = 3,
-     .isEnabled = hasTarget},
+     .isEnabled = hasTarget,
+     .action = buildAndRunApp},
     {.key = {}},
     {.key = "quick_reset_build_simulator",
      .physicalKey = "quick_reset_build_physical",
      .macKey = "quick_reset_build_native",
      .hotkey = 4,
-     .isEnabled = hasTarget},
+     .isEnabled = hasTarget,
+     .action = quickResetBuildAndLaunch},
     {.key = "full_reset_build_and_launch",
      .physicalKey = "full_reset_build_and_launch_physical",
      .macKey = "full_reset_build_and_launch_native",
-     .isEnabled = hasTarget},
+     .isEnabled = hasTarget,
+     .action = fullResetBuildAndLaunch},
 };
 
 constexpr MenuRow simulatorRows[] = {
     {.key = "create_simulator"},
     {.key = {}, .isShown = isSimulator},
-    {.key = "launch_app_simulator", .isShown = isSimulator},
-    {.key = "launch_app_again_simulator", .isShown = isSimulator},
+    {.key = "launch_app_simulator", .isShown = isSimulator, .action = launchLastBuiltApp},
+    {.key = "launch_app_again_simulator", .isShown = isSimulator, .action = launchLastBuiltAppOnSimulator},
     {.key = "uninstall_app_fresh_test", .isShown = isSimulator},
     {.key = {}, .isShown = isSimulator},
     {.key = "restart_simulator", .isShown = isSimulator},
@@ -122,19 +128,19 @@ constexpr MenuRow controlRows[] = {
 };
 
 constexpr MenuRow macRows[] = {
-    {.key = "launch_app_native"},
+    {.key = "launch_app_native", .action = launchLastBuiltApp},
 };
 
 constexpr MenuRow physicalRows[] = {
-    {.key = "show_all_devices"},
+    {.key = "show_all_devices", .action = showAllDevices},
     {.key = {}},
-    {.key = "install_app"},
-    {.key = "launch_app"},
-    {.key = "terminate_app"},
-    {.key = "uninstall_app"},
+    {.key = "install_app", .action = installAppOnDevice},
+    {.key = "launch_app", .action = launchAppOnDevice},
+    {.key = "terminate_app", .action = terminateAppOnDevice},
+    {.key = "uninstall_app", .action = uninstallAppFromDevice},
     {.key = {}},
-    {.key = "list_installed_apps"},
-    {.key = "live_log_from_device"},
+    {.key = "list_installed_apps", .action = listInstalledApps},
+    {.key = "live_log_from_device", .action = showLiveLogOfDevice},
 };
 
 constexpr MenuRow testRows[] = {
