@@ -1,5 +1,6 @@
 #include "core/app_dependencies.hpp"
 
+#include <cassert>
 #include <utility>
 
 namespace halyard {
@@ -14,13 +15,23 @@ DependenciesGuard::DependenciesGuard(AppDependencies replacement)
 
 DependenciesGuard::~DependenciesGuard() { AppDependencies::current() = saved_; }
 
-std::string run(const std::string& command) { return AppDependencies::current().commandRunner->run(command); }
+namespace {
 
-std::int32_t runLive(const std::string& command) { return AppDependencies::current().commandRunner->runLive(command); }
+CommandRunning& commandRunner() {
+  CommandRunning* runner = AppDependencies::current().commandRunner;
+  assert(runner != nullptr);
+  return *runner;
+}
+
+}  // namespace
+
+std::string run(const std::string& command) { return commandRunner().run(command); }
+
+std::int32_t runLive(const std::string& command) { return commandRunner().runLive(command); }
 
 PipeRunResult runLivePipe(const std::string& command, const StopTest& shouldStop, const LineHandler& onLine,
                           double timeout) {
-  return AppDependencies::current().commandRunner->runLivePipe(command, shouldStop, onLine, timeout);
+  return commandRunner().runLivePipe(command, shouldStop, onLine, timeout);
 }
 
 }  // namespace halyard

@@ -7,16 +7,22 @@
 
 namespace halyard {
 
+/// Turns while it lives.
+class RunningSpinner {
+ public:
+  explicit RunningSpinner(std::string label) : spinner_(std::move(label)) { spinner_.start(); }
+  ~RunningSpinner() { spinner_.stop(); }
+  RunningSpinner(const RunningSpinner&) = delete;
+  RunningSpinner& operator=(const RunningSpinner&) = delete;
+
+ private:
+  ActivitySpinner spinner_;
+};
+
 /// Runs `work` behind a spinner and returns what it returns.
 template <typename Work>
 auto withSpinner(std::string label, Work&& work) {
-  struct Running {
-    explicit Running(std::string text) : spinner(std::move(text)) { spinner.start(); }
-    ~Running() { spinner.stop(); }
-    Running(const Running&) = delete;
-    Running& operator=(const Running&) = delete;
-    ActivitySpinner spinner;
-  } running(std::move(label));
+  const RunningSpinner spinner(std::move(label));
   return std::forward<Work>(work)();
 }
 

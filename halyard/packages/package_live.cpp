@@ -167,7 +167,10 @@ bool moveAll(PackageTable& table, SPMResolveStatus from, SPMResolveStatus to) {
   return changed;
 }
 
-bool closeAll(PackageTable& table) { return moveAll(table, pending, done) | moveAll(table, loading, done); }
+bool closeAll(PackageTable& table) {
+  const bool closedPending = moveAll(table, pending, done);
+  return moveAll(table, loading, done) || closedPending;
+}
 
 bool apply(PackageTable& table, const LineEffect& effect) {
   bool changed = false;

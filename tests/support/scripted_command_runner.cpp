@@ -36,7 +36,8 @@ ScriptedCommandRunner& ScriptedCommandRunner::whenCalled(std::function<void()> a
   return *this;
 }
 
-ScriptedCommandRunner& ScriptedCommandRunner::allow(std::string command, std::string output, std::int32_t status) {
+ScriptedCommandRunner& ScriptedCommandRunner::allow(const std::string& command, std::string output,
+                                                    std::int32_t status) {
   allowed_[command] = {command, false, std::move(output), status};
   return *this;
 }

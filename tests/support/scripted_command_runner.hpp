@@ -32,7 +32,7 @@ class ScriptedCommandRunner final : public CommandRunning, public AttachedComman
   /// Runs at the call of the command that was expected last, before it answers: an abort, a file that appears …
   ScriptedCommandRunner& whenCalled(std::function<void()> action);
   /// A command that may come at any time and any number of times, or never. It isn't among commands().
-  ScriptedCommandRunner& allow(std::string command, std::string output = {}, std::int32_t status = 0);
+  ScriptedCommandRunner& allow(const std::string& command, std::string output = {}, std::int32_t status = 0);
 
   /// What came, in order; waits for a boot as "boot <udid>".
   [[nodiscard]] std::vector<std::string> commands() const;
