@@ -1,8 +1,8 @@
 """xcrun simctl: the simulators that the state holds."""
 
-from halyard_demo import dispatcher, simctl_list
+from halyard_demo import dispatcher, simctl_life, simctl_list
 
-COMMANDS = {"list": simctl_list.run}
+COMMANDS = {"list": simctl_list.run, **simctl_life.COMMANDS}
 
 
 def run(arguments, state):

@@ -1,4 +1,4 @@
-"""xcodebuild: its version, and what a project holds."""
+"""xcodebuild: its version, what a project holds, and builds (see xcodebuild_actions)."""
 
 import json
 import sys
@@ -15,6 +15,10 @@ def run(arguments, state):
         return 0
     if "-list" in arguments:
         return list_project(arguments)
+    from halyard_demo import xcodebuild_actions  # dear to load
+
+    if xcodebuild_actions.serves(arguments):
+        return xcodebuild_actions.run(arguments, state)
     return dispatcher.not_yet("xcodebuild", arguments)
 
 

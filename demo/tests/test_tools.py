@@ -35,7 +35,7 @@ class EveryTool(DemoTest):
         self.assertGreater(entry["time"], 1.7e9)
 
     def test_what_is_not_served_says_so(self):
-        for words in (["xcodebuild", "build"], ["xcrun", "simctl", "frobnicate"], ["xcrun", "altool"],
+        for words in (["xcodebuild", "docbuild"], ["xcrun", "simctl", "frobnicate"], ["xcrun", "altool"],
                       ["xcrun", "devicectl", "x"], ["swift", "build"], ["xcode-select", "-x"], ["defaults", "export", "x"]):
             result = self.call(*words)
             self.assertEqual(result.returncode, 64, words)
