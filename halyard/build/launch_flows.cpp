@@ -59,8 +59,8 @@ void launchOn(const ActiveTarget& target, std::string path) {
 bool requireScheme() {
   if (!selectedScheme().empty()) return true;
   printFailurePanel({.titleKey = "no_scheme_selected",
-                     .hintKey = "please_select_a_scheme_first_using_s",
-                     .detail = std::string(localized("scheme_device_and_configuration_must_be_set_before_build"))});
+                     .reason = std::string(localized("scheme_device_and_configuration_must_be_set_before_build")),
+                     .hintKey = "please_select_a_scheme_first_using_s"});
   waitForBack();
   return false;
 }
