@@ -15,6 +15,10 @@ def run(arguments, state):
         return 0
     if "-list" in arguments:
         return list_project(arguments)
+    from halyard_demo import xcodebuild_info
+
+    if xcodebuild_info.serves(arguments):
+        return xcodebuild_info.run(arguments, state)
     from halyard_demo import xcodebuild_actions  # dear to load
 
     if xcodebuild_actions.serves(arguments):
