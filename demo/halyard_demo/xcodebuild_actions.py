@@ -1,4 +1,4 @@
-"""xcodebuild build, clean, -resolvePackageDependencies and -showBuildSettings. A build takes its time and leaves an app.
+"""xcodebuild build, clean and -resolvePackageDependencies. A build takes its time and leaves an app.
 
 The setting `build` is an object; every key may be missing:
   fails      true: a compiler's error ends the build
@@ -7,7 +7,7 @@ The setting `build` is an object; every key may be missing:
   pace       seconds before each step
   product    false: the build succeeds and leaves no app
   identifier false: the app has no bundle identifier
-  platforms  what the scheme supports, as SUPPORTED_PLATFORMS names them"""
+The setting `platforms` says what the scheme builds for."""
 
 import glob
 import json
@@ -54,17 +54,13 @@ class Failure(Exception):
 
 def serves(arguments):
     invocation = Invocation(arguments)
-    if "-showBuildSettings" in invocation.flags or "-resolvePackageDependencies" in invocation.flags:
-        return True
-    return bool(invocation.actions) and all(action in ("build", "clean") for action in invocation.actions)
+    return "-resolvePackageDependencies" in invocation.flags or bool(invocation.actions) and all(action in ("build", "clean") for action in invocation.actions)
 
 
 def run(arguments, state):
     invocation = Invocation(arguments)
     try:
         build = Build(invocation, state)
-        if "-showBuildSettings" in invocation.flags:
-            return build.show_settings()
         print_invocation(arguments, invocation)
         if "-resolvePackageDependencies" in invocation.flags:
             return build.resolve()
@@ -111,7 +107,7 @@ class Build:
 
     @property
     def supported(self):
-        return self.chosen.get("platforms", "iphoneos iphonesimulator").split()
+        return self.state.settings.get("platforms", "iphoneos iphonesimulator").split()
 
     @property
     def derived_data(self):
@@ -236,16 +232,4 @@ class Build:
         for pin in pins:
             print("  %s: %s @ %s" % (pin["identity"], pin["location"], pin["state"].get("version", "main")))
         print("\nresolved source packages: %s" % ", ".join(pin["identity"] for pin in pins), flush=True)
-        return 0
-
-    def show_settings(self):
-        print_invocation(sys.argv[2:], self.invocation)
-        name = self.project.targets[0] if self.project.targets else self.project.name
-        values = dict(self.project_settings, ACTION="build", CONFIGURATION=self.configuration, PRODUCT_NAME=name,
-                      SUPPORTED_PLATFORMS=" ".join(self.supported), TARGET_NAME=name, FULL_PRODUCT_NAME=name + ".app",
-                      BUILD_DIR=self.derived_data + "/Build/Products", PROJECT_DIR=self.folder, SCHEME_NAME=self.scheme)
-        print("Build settings for action build and target %s:" % name)
-        for key in sorted(values):
-            print("    %s = %s" % (key, values[key]))
-        print()
         return 0

