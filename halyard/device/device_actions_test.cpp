@@ -169,6 +169,17 @@ TEST_F(DeviceActions, WithoutFilesTheBrowserIsStillOffered) {
                     HasSubstr("[x] Back"), Not(HasSubstr("Found app files")), Not(HasSubstr("🔙"))));
 }
 
+TEST_F(DeviceActions, AFileOfTheBrowserIsInstalled) {
+  const std::string file = folder.at("Kite.ipa");
+  reset.files.addFile(file).addFile(folder.at("notes.txt"));
+  expectReachable();
+  expectSearches("");
+  reset.runner.expect("xcrun devicectl device install app --device 'U-Ada' '" + file + "' 2>&1");
+  EXPECT_THAT(shown("w\n\rjx", installAppOnDevice),
+              AllOf(HasSubstr("Select app or IPA file"), HasSubstr("Kite.ipa"), Not(HasSubstr("notes.txt")),
+                    HasSubstr("App installed: Kite.ipa")));
+}
+
 TEST_F(DeviceActions, NoMoreThanTwentyFilesAreOffered) {
   expectReachable();
   std::string many;
