@@ -29,10 +29,8 @@ void writeReportLine(const std::string& line) {
 
 }  // namespace
 
-double BuildTimeline::Phase::duration() const { return secondsBetween(start, end ? *end : buildTimeNow()); }
-
 BuildTimeline::BuildTimeline(std::string titleText)
-    : title(std::move(titleText)), start(buildTimeNow()), isActive(true) {}
+    : TimelineRecord{std::move(titleText), buildTimeNow(), {}}, isActive(true) {}
 
 const BuildTimeline& BuildTimeline::current() { return recorder(); }
 
@@ -91,14 +89,6 @@ void BuildTimeline::addMeasuredStep(std::string name, BuildTime start) {
 }
 
 void BuildTimeline::endPhaseUnlessAborted() { endPhase(!operationAborted()); }
-
-double BuildTimeline::totalDuration() const {
-  std::optional<BuildTime> latest;
-  for (const PhasePointer& phase : phases) {
-    if (phase->end && (!latest || *phase->end > *latest)) latest = phase->end;
-  }
-  return secondsBetween(start, latest ? *latest : buildTimeNow());
-}
 
 std::optional<std::vector<std::string>>& reportCapture() {
   static std::optional<std::vector<std::string>> lines;

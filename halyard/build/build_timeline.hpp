@@ -10,34 +10,16 @@
 #include <vector>
 
 #include "halyard/build/duration.hpp"
+#include "halyard/build/timeline_record.hpp"
 
 namespace halyard {
 
 /// One timeline at a time is the current one, and all operations work on it. Without an active one they are harmless,
 /// so code reports its phases without asking whether an action has opened a timeline. For the action's thread only.
-class BuildTimeline {
+class BuildTimeline : public TimelineRecord {
  public:
-  struct Step {
-    std::string name;
-    double duration = 0;  ///< seconds
-    bool success = true;
-  };
-
-  /// Shared with the action, which may go on to set its remark or its outcome.
-  struct Phase {
-    std::string name;  ///< "Build", "Test", "Clean", "Resolve" … the insights of the report go by it
-    std::string icon;  ///< one emoji, or empty
-    BuildTime start;
-    std::optional<BuildTime> end;  ///< absent while the phase is open
-    bool success = true;
-    bool skipped = false;
-    bool technicalError = false;
-    std::string detail;  ///< a short remark
-    std::vector<Step> steps;
-
-    /// Up to now for an open phase.
-    [[nodiscard]] double duration() const;
-  };
+  using Step = TimelineStep;
+  using Phase = TimelinePhase;
   using PhasePointer = std::shared_ptr<Phase>;
 
   BuildTimeline() = default;
@@ -69,12 +51,6 @@ class BuildTimeline {
   template <typename Work>
   static auto withPhase(std::string name, std::string icon, std::string detail, Work&& work);
 
-  /// Up to the latest end of a phase, or up to now where none has ended. Seconds.
-  [[nodiscard]] double totalDuration() const;
-
-  std::string title;
-  BuildTime start;
-  std::vector<PhasePointer> phases;
   PhasePointer currentPhase;  ///< null without one
   bool isActive = false;
 

@@ -18,7 +18,7 @@ namespace halyard {
 
 namespace {
 
-using Phase = BuildTimeline::Phase;
+using Phase = TimelinePhase;
 using Lines = std::vector<std::string>;
 
 constexpr std::size_t firstBarReport = 7;  // phases
@@ -58,7 +58,7 @@ std::string strong(std::string_view text) { return fmt::format("{}{}{}", Color::
 
 std::string doubleRule() { return dimmed(repeated("═", Layout::ruleWidth)); }
 
-std::string overallMark(const BuildTimeline& timeline) {
+std::string overallMark(const TimelineRecord& timeline) {
   const bool ok = std::ranges::all_of(
       timeline.phases, [](const auto& phase) { return phase->success || phase->skipped || phase->technicalError; });
   const bool technical = std::ranges::any_of(timeline.phases, [](const auto& phase) { return phase->technicalError; });
@@ -67,7 +67,7 @@ std::string overallMark(const BuildTimeline& timeline) {
                    : fmt::format("{}✓{}", Color::boldGreen, Color::reset);
 }
 
-void addHeader(Lines& lines, const BuildTimeline& timeline, double total) {
+void addHeader(Lines& lines, const TimelineRecord& timeline, double total) {
   lines.push_back(doubleRule());
   lines.push_back(fmt::format("  {}▸{}  {}   {}: {}   {}", Color::boldBlue, Color::reset,
                               strong(localizedFormat("build_timeline_header_var", displaySafe(timeline.title))),
@@ -118,7 +118,7 @@ void addBoxRow(Lines& lines, const std::vector<BoxText>& row) {
   lines.emplace_back();
 }
 
-void addBoxes(Lines& lines, const BuildTimeline& timeline, double total) {
+void addBoxes(Lines& lines, const TimelineRecord& timeline, double total) {
   std::vector<BoxText> row;
   for (const auto& phase : timeline.phases) {
     row.push_back(boxOf(*phase, total));
@@ -132,14 +132,14 @@ void addBoxes(Lines& lines, const BuildTimeline& timeline, double total) {
 void addStepsOf(Lines& lines, const Phase& phase) {
   lines.push_back(fmt::format("    {}  {}", strong(iconLead(phase) + shownName(phase)),
                               dimmed(fmt::format("({})", formatSeconds(phase.duration())))));
-  for (const BuildTimeline::Step& step : phase.steps) {
+  for (const TimelineStep& step : phase.steps) {
     lines.push_back(fmt::format("      {}{}{} {}  {}", step.success ? Color::dim : Color::boldRed,
                                 step.success ? "•" : "✗", Color::reset, displaySafe(step.name),
                                 dimmed(formatStepSeconds(step.duration))));
   }
 }
 
-void addSubSteps(Lines& lines, const BuildTimeline& timeline) {
+void addSubSteps(Lines& lines, const TimelineRecord& timeline) {
   const auto hasSteps = [](const auto& phase) { return !phase->steps.empty(); };
   if (std::ranges::none_of(timeline.phases, hasSteps)) return;
   lines.push_back(fmt::format("  {}{}:{}", Color::boldBlue, localized("build_timeline_substeps"), Color::reset));
@@ -177,7 +177,7 @@ int columnsOf(double seconds, double span, int least, int most) {
       std::lround(std::clamp(seconds / span * axisColumns, static_cast<double>(least), static_cast<double>(most))));
 }
 
-std::string barOf(const Phase& phase, const BuildTimeline& timeline, double span) {
+std::string barOf(const Phase& phase, const TimelineRecord& timeline, double span) {
   const int offset = columnsOf(secondsBetween(timeline.start, phase.start), span, 0, axisColumns - 1);
   const int width = columnsOf(phase.duration(), span, 1, axisColumns - offset);
   const auto blanks = [](int count) { return std::string(static_cast<std::size_t>(count), ' '); };
@@ -185,7 +185,7 @@ std::string barOf(const Phase& phase, const BuildTimeline& timeline, double span
                      Color::reset, blanks(axisColumns - offset - width));
 }
 
-void addBars(Lines& lines, const BuildTimeline& timeline, double total) {
+void addBars(Lines& lines, const TimelineRecord& timeline, double total) {
   const double span = total <= 1 ? 1.0 : total;
   for (const auto& phase : timeline.phases) {
     const PhaseLook look = lookOf(*phase);
@@ -204,7 +204,7 @@ std::string insight(std::string_view key, std::string_view what, std::string_vie
   return fmt::format("  {} {}: {} {}", dimmed("↓"), localized(key), strong(what), dimmed(remark));
 }
 
-void addLongestPhase(Lines& lines, const BuildTimeline& timeline, double total) {
+void addLongestPhase(Lines& lines, const TimelineRecord& timeline, double total) {
   const Phase* longest = nullptr;
   for (const auto& phase : timeline.phases) {
     if (longest == nullptr || phase->duration() > longest->duration()) longest = phase.get();
@@ -217,7 +217,7 @@ void addLongestPhase(Lines& lines, const BuildTimeline& timeline, double total) 
 
 /// The time of all phases that `counts` takes, if there is one.
 template <typename Counts>
-void addSum(Lines& lines, const BuildTimeline& timeline, double total, std::string_view key, Counts counts) {
+void addSum(Lines& lines, const TimelineRecord& timeline, double total, std::string_view key, Counts counts) {
   double sum = 0;
   bool isAny = false;
   for (const auto& phase : timeline.phases) {
@@ -228,7 +228,7 @@ void addSum(Lines& lines, const BuildTimeline& timeline, double total, std::stri
   if (isAny) lines.push_back(insight(key, formatSeconds(sum), fmt::format("({}%)", share(sum, total))));
 }
 
-void addInsights(Lines& lines, const BuildTimeline& timeline, double total) {
+void addInsights(Lines& lines, const TimelineRecord& timeline, double total) {
   if (total <= 0) return;
   addLongestPhase(lines, timeline, total);
   addSum(lines, timeline, total, "build_timeline_setup_overhead",
@@ -262,7 +262,7 @@ int scalarWidth(std::string_view scalar) {
 
 }  // namespace
 
-std::vector<std::string> timelineReport(const BuildTimeline& timeline) {
+std::vector<std::string> timelineReport(const TimelineRecord& timeline) {
   const double total = timeline.totalDuration();
   Lines lines(1);
   addHeader(lines, timeline, total);

@@ -5,12 +5,12 @@
 #include <string_view>
 #include <vector>
 
-#include "halyard/build/build_timeline.hpp"
+#include "halyard/build/timeline_record.hpp"
 
 namespace halyard {
 
 /// All lines of the report, with colours, beginning with an empty one.
-std::vector<std::string> timelineReport(const BuildTimeline& timeline);
+std::vector<std::string> timelineReport(const TimelineRecord& timeline);
 
 /// Columns without colour sequences: emoji count two, joiners and variation selectors none, all else one.
 int displayWidth(std::string_view text);

@@ -9,6 +9,7 @@
 
 #include "core/string_catalog.hpp"
 #include "halyard/build/build_clock_testing.hpp"
+#include "halyard/build/build_timeline.hpp"
 #include "halyard/terminal/screen.hpp"
 #include "tests/support/context_reset.hpp"
 
