@@ -84,6 +84,13 @@ TEST_F(QuickReset, AnAbortInEachPhaseStopsItWithTheReport) {
                                                            Not(HasSubstr("App running")), Not(HasSubstr(backPrompt))));
 }
 
+TEST_F(QuickReset, AnAbortOfSomethingBeforeIsNotItsOwn) {
+  setOperationAborted(true);
+  known();
+  cleaned().buildFails();
+  EXPECT_THAT(shown(quickResetBuildAndLaunch, "jx"), HasSubstr("DerivedData deleted."));
+}
+
 TEST_F(QuickReset, ADeclinedQuestionDeletesNothing) {
   known();
   EXPECT_THAT(shown(quickResetBuildAndLaunch, "n"), Not(HasSubstr("Step 1/3")));

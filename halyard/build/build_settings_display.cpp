@@ -17,6 +17,7 @@ namespace halyard {
 void showBuildSettings() {
   if (!requireTarget()) return;
   printActionHeader(localized("show_build_settings"), {});
+  printLine();
   const std::string settings = runQuiet(std::string(localized("config_loading_settings")),
                                         XcodebuildService::showBuildSettingsCommand(selectedScheme()));
   for (const std::string_view line : splitLines(settings)) printLine(displaySafe(line));

@@ -1,4 +1,5 @@
 #include <string>
+#include <utility>
 
 #include <fmt/format.h>
 

@@ -97,6 +97,7 @@ void runGuidedResolvePhase(const DetectedPackageManagers& managers) {
 }  // namespace
 
 void guidedClean() {
+  setOperationAborted(false);
   printActionHeader(localized("guided_clean"), localized("guided_clean_description"));
   BuildTimeline::begin(std::string(localized("guided_clean")));
   bool deleted = offerBuildFolders();
@@ -119,6 +120,7 @@ void cleanBuild() {
   if (!requireTarget()) return;
   printActionHeader(localized("xcodebuild_clean"),
                     localized("runs_xcodebuild_clean_for_the_selected_scheme_removes_build"));
+  printLine();
   const std::string folder = displaySafe(privateDerivedDataName());
   printCacheList(localized("cache_list_desc_xcodebuild_clean"),
                  {{.label = folder, .path = "~/Library/Developer/Xcode/DerivedData/" + folder}});

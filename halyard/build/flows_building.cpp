@@ -46,6 +46,8 @@ std::string resolveCommandForRun() {
 }
 
 std::optional<ActiveTarget> requireFlowTarget() {
+  // A flag that something before left behind isn't this flow's.
+  setOperationAborted(false);
   if (!requireTarget()) return std::nullopt;
   auto target = activeTarget();
   if (!target) {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <string>
 #include <system_error>
 
@@ -11,6 +12,7 @@
 #include "halyard/build/build_flows.hpp"
 #include "halyard/packages/package_commands.hpp"
 #include "halyard/terminal/dialogs.hpp"
+#include "halyard/terminal/output.hpp"
 #include "halyard/terminal/screen.hpp"
 
 namespace halyard {
@@ -87,6 +89,7 @@ int findingsCount(std::string_view output) {
 void runPreBuildChecks() {
   printActionHeader(localized("pre_build_checks"),
                     localized("runs_quick_quality_checks_swiftlint_analysis_search_for"));
+  printLine();
   std::int64_t issues = 0;
   for (const PreBuildCheck& check : checks) issues += performCheck(check);
   if (issues == 0) {
