@@ -28,7 +28,7 @@ void storeBundleID(std::string value) {
 void askForBundleIdentifier() {
   printActionHeader("Bundle-ID", localized("your_app_s_bundle_id_e_g_com_example_myapp_automatically"));
   printLine();
-  const std::string before = selectedBundleID();
+  const std::string& before = selectedBundleID();
   const std::string question =
       fmt::format("Bundle-ID  {}{}{}", Color::dim, localized("enter_dash_to_clear"), Color::reset);
   const std::string answer = promptWithDefault(question, before);

@@ -82,11 +82,11 @@ void selectBuildConfiguration() {
     setOperationAborted(false);
     return;
   }
-  const std::string before = selectedConfig();
+  const bool isSwitch = !selectedConfig().empty() && selectedConfig() != chosen->name;
   setSelectedConfig(std::string(chosen->name));
   saveSelection();
   printSuccess(localized(chosen->labelKey));
-  if (!before.empty() && before != chosen->name) clearCachesForSwitch(chosen->name);
+  if (isSwitch) clearCachesForSwitch(chosen->name);
   waitForBack();
 }
 
