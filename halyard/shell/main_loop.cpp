@@ -8,7 +8,6 @@
 #include "halyard/browser/directory_view.hpp"
 #include "halyard/build/project_location.hpp"
 #include "halyard/build/selection.hpp"
-#include "halyard/device/device_selection.hpp"
 #include "halyard/git/git_view.hpp"
 #include "halyard/packages/dependencies_menu.hpp"
 #include "halyard/shell/directory_setup.hpp"
@@ -61,7 +60,6 @@ void enterSavedWorkingDirectory() {
 void installShell() {
   installLanguageSaver(savePreferences);
   installSelectionSaver(savePreferences);
-  installDeviceSelectionSaver(savePreferences);
   installMenuLettersAtPrompts();
   installDirectorySetupSteps({.resolveDependencies = [] { resolveDetectedDependencies(); },
                               .selectScheme = [] { selectScheme(false, false); },

@@ -115,8 +115,8 @@ TEST(MenuScreen, TheLanguageSwitchesAtOnceAndIsSaved) {
   ASSERT_TRUE(session.waitFor("Löschen") && session.waitUntilIdle());
   EXPECT_EQ(session.preferences().at("language"), "de");
   session.send("g");
-  ASSERT_TRUE(session.waitFor("[X]") && session.waitUntilIdle());
-  session.send("x");
+  ASSERT_TRUE(session.waitFor("[01]") && session.waitUntilIdle());
+  session.send({"x", Key::enter});
   ASSERT_TRUE(atMenu(session));
   session.send("l");
   ASSERT_TRUE(session.waitFor("Delete") && session.waitUntilIdle());
