@@ -50,7 +50,8 @@ def build_and_run():
     menu()
     keys("3")
     # The home folder's name is another each time.
-    return re.sub(r"/tmp/halyard-demo-\w+/home", "~", wait_for("[+]"))
+    screen = wait_for("[+]")
+    return re.sub(r"/tmp/halyard-demo-\w+/home", "~", re.sub(r"(\S+)\n(\S+\.app)$", r"\1\2", screen, flags=re.M))
 
 
 def capture(program, rows, scene):
