@@ -243,7 +243,7 @@ std::vector<FlowCase> buildingFlows(const Kind& kind) {
        "D",
        "Clean Build",
        back,
-       {"xcodebuild clean …"},
+       {"xcodebuild clean …", "xcodebuild clean completed."},
        together(check, Calls{"xcodebuild -project ./Harbor.xcodeproj -scheme Harbor -derivedDataPath <folder> clean"}),
        true},
   };
@@ -293,6 +293,9 @@ TEST_P(BuildMatrix, MakesItsCallsInTheirOrder) {
   }
   ASSERT_TRUE(waitForEnd(session, flow.end));
   for (const std::string& text : flow.texts) session.expectShows(text);
+  const bool hasAsked = session.rawOutput().find("[j/N]") != std::string::npos;
+  EXPECT_EQ(hasAsked, flow.digit.empty()) << "a digit is consent";
+  EXPECT_EQ(session.shows(offer), flow.end == offer);
   EXPECT_THAT(callsOfFlow(session, flow.kind), ElementsAreArray(flow.calls));
   leave(session);
 }
@@ -314,6 +317,7 @@ std::vector<QuestionCase> questions() {
   for (const Kind& kind : kinds) {
     cases.push_back({kind, "BuildAndRun", "B", "Build & Run", "Build and launch app? [j/N]"});
     cases.push_back({kind, "CleanAndBuild", "B", "Clean (without PM) & Build & Launch", "[j/N]"});
+    cases.push_back({kind, "FullCleanAndBuild", "B", "Clean (incl. PM) & Build & Launch", "[j/N]"});
     cases.push_back({kind, "Build", "B", "Build", "Start Build? [j/N]"});
     cases.push_back({kind, "CleanBuild", "D", "Clean Build", "Run xcodebuild clean? [j/N]"});
   }
