@@ -156,6 +156,7 @@ TEST_F(ChildSurroundings, WithoutAFreeDescriptorNothingStarts) {
   DefaultCommandRunner local;
   local.runLivePipe("true", {}, {});
   local.run("true");
+  local.run(std::string("a\0b", 3));
   rlimit before{};
   getrlimit(RLIMIT_NOFILE, &before);
   const int firstFree = dup(STDOUT_FILENO);
