@@ -26,8 +26,10 @@ inline bool runProbeRow(TerminalSession& session, std::string_view label) {
   session.send(Key::right);
   for (int at = firstRow; at < row; ++at) session.send(Key::down);
   if (!session.waitUntilIdle()) return false;
+  const std::size_t mark = session.outputMark();
   session.send(Key::enter);
-  return session.waitFor("A row of the probe.");
+  // In the output, as what the row prints may drive it off the screen at once.
+  return session.waitForOutput("A row of the probe.", mark);
 }
 
 }  // namespace halyard
