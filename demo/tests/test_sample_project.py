@@ -145,5 +145,17 @@ class TheHome(DemoTest):
         self.assertLess(time.monotonic() - start, 3)
 
 
+class ProjectSwitchTest(DemoTest):
+    def test_the_project_goes_and_comes_back_with_the_setting(self):
+        project = os.path.join(self.make_home(), "Harbor.xcodeproj")
+        self.settings(xcodeProject=False)
+        self.make_home()
+        self.assertFalse(os.path.exists(project))
+        self.make_home()
+        self.settings()
+        self.make_home()
+        self.assertTrue(os.path.isfile(os.path.join(project, "project.pbxproj")))
+
+
 if __name__ == "__main__":
     unittest.main()
