@@ -1,5 +1,6 @@
 // Whatever the text, the shell must read its quoted form as that text and nothing else.
 #include <cstddef>
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -23,7 +24,10 @@ std::string printedByShell(const std::string& quoted) {
   close(pipe.writeEnd);
   std::string bytes;
   char chunk[4096];
-  for (ssize_t size = 0; (size = read(pipe.readEnd, chunk, sizeof chunk)) > 0;) {
+  for (;;) {
+    const ssize_t size = read(pipe.readEnd, chunk, sizeof chunk);
+    if (size < 0 && errno == EINTR) continue;  // the fuzzer's own timer
+    if (size <= 0) break;
     bytes.append(chunk, static_cast<std::size_t>(size));
   }
   close(pipe.readEnd);
