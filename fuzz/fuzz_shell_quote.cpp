@@ -1,6 +1,6 @@
 // Whatever the text, the shell must read its quoted form as that text and nothing else.
-#include <cstddef>
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
