@@ -17,6 +17,7 @@
 #include <unistd.h>
 
 #include "core/embedded_catalog.hpp"
+#include "test_places.hpp"
 #include "tests/support/temporary_folder.hpp"
 
 namespace halyard {

@@ -12,6 +12,7 @@
 #include "halyard/build/build_result.hpp"
 #include "halyard/build/xcodebuild_formatter.hpp"
 #include "halyard/terminal/screen.hpp"
+#include "test_places.hpp"
 #include "tests/support/captured_output.hpp"
 #include "tests/support/context_reset.hpp"
 

@@ -8,6 +8,7 @@
 
 #include "halyard/build/project_location.hpp"
 #include "halyard/build/scheme_platforms.hpp"
+#include "test_places.hpp"
 #include "tests/support/captured_output.hpp"
 #include "tests/support/context_reset.hpp"
 

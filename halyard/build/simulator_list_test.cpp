@@ -9,6 +9,7 @@
 
 #include "halyard/build/simulator_selection.hpp"
 #include "halyard/terminal/screen.hpp"
+#include "test_places.hpp"
 #include "tests/support/context_reset.hpp"
 
 namespace halyard {

@@ -7,6 +7,7 @@
 
 #include "core/text_file.hpp"
 #include "halyard/device/device_apps.hpp"
+#include "test_places.hpp"
 #include "tests/support/context_reset.hpp"
 
 namespace halyard {

@@ -11,6 +11,7 @@
 #include "core/text.hpp"
 #include "core/text_file.hpp"
 #include "halyard/terminal/screen.hpp"
+#include "test_places.hpp"
 
 namespace halyard {
 namespace {

@@ -8,6 +8,7 @@
 #include "core/text_file.hpp"
 #include "halyard/exec/command_runner.hpp"
 #include "halyard/exec/file_system_client.hpp"
+#include "test_places.hpp"
 #include "tests/support/context_reset.hpp"
 #include "tests/support/temporary_folder.hpp"
 

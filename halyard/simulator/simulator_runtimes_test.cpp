@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "test_places.hpp"
 #include "tests/support/context_reset.hpp"
 
 namespace halyard {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "test_places.hpp"
 #include "tests/support/terminal_session.hpp"
 
 namespace halyard {

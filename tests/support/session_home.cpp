@@ -13,9 +13,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "test_places.hpp"
 #include "tests/support/terminal_session.hpp"
 
 namespace halyard {
+
+std::string builtProgram() {
+  return HALYARD_PROGRAM;
+}
 
 namespace {
 

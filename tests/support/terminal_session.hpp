@@ -60,8 +60,11 @@ struct Typed {
   Typed(Key key);                                  // NOLINT(google-explicit-constructor)
 };
 
+/// Path of the halyard of this build.
+std::string builtProgram();
+
 struct SessionOptions {
-  std::string program = HALYARD_PROGRAM;
+  std::string program = builtProgram();
   std::vector<std::string> arguments = {};
   int rows = 40;
   int columns = 100;

@@ -12,6 +12,7 @@ FLOORS = [
     ("halyard/device", 4),
     ("halyard/packages", 4),
     ("halyard/git", 4),
+    ("halyard/cache", 4),
     ("halyard/build", 5),
     ("halyard/shell", 7),
     ("halyard/main.cpp", 8),
