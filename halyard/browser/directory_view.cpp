@@ -9,18 +9,11 @@ namespace halyard {
 
 namespace {
 
-struct DirectoryViewState {
-  DirectoryAppMode mode = DirectoryAppMode::normal;
-};
-
-DirectoryViewState& view() {
-  static DirectoryViewState state;
-  return state;
-}
+DirectoryViewState& view() { return directoryViewState(); }
 
 }  // namespace
 
-DirectoryAppMode directoryAppMode() { return view().mode; }
+DirectoryAppMode directoryAppMode() { return view().appMode; }
 
 void prepareDirectoryView() {}
 
@@ -40,8 +33,8 @@ void drawDirectoryView() {
 
 void handleDirectoryKey(const RawKey&) {}
 
-void runDirectorySearchStep() { view().mode = DirectoryAppMode::normal; }
+void runDirectorySearchStep() { view().appMode = DirectoryAppMode::normal; }
 
-void runDirectoryFilterStep() { view().mode = DirectoryAppMode::normal; }
+void runDirectoryFilterStep() { view().appMode = DirectoryAppMode::normal; }
 
 }  // namespace halyard

@@ -1,22 +1,10 @@
 // The directory browser: the second top-level view. It draws below the compact header that the main loop has drawn.
 #pragma once
 
+#include "halyard/browser/directory_state.hpp"
 #include "halyard/terminal/keys.hpp"
 
 namespace halyard {
-
-enum class DirectoryAppMode {
-  normal,
-  help,
-  confirmDeleteHotkeys,
-  hotkeyAction,
-  searchOverlay,
-  searching,
-  searchResults,
-  filterOverlay,
-  filterRunning,
-  filterResults
-};
 
 DirectoryAppMode directoryAppMode();
 /// Acts once per run.
