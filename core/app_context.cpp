@@ -2,6 +2,21 @@
 
 namespace halyard {
 
+namespace {
+
+void (*&preferencesSaver())() {
+  static void (*save)() = nullptr;
+  return save;
+}
+
+}  // namespace
+
+void installPreferencesSaver(void (*save)()) { preferencesSaver() = save; }
+
+void keepPreferences() {
+  if (preferencesSaver() != nullptr) preferencesSaver()();
+}
+
 AppContext& AppContext::shared() {
   static AppContext context;
   return context;

@@ -1,5 +1,5 @@
 // The one mutable store of what the user has selected. It lives for the whole run; saving it is an explicit call of
-// savePreferences() by whoever changed something worth keeping.
+// keepPreferences() by whoever changed something worth keeping.
 #pragma once
 
 #include <atomic>
@@ -119,5 +119,10 @@ HALYARD_APP_CONTEXT_FIELDS(HALYARD_FIELD)
 
 inline bool operationAborted() { return AppContext::shared().operationAborted(); }
 inline void setOperationAborted(bool value) { AppContext::shared().setOperationAborted(value); }
+
+/// The shell installs its saving of the preferences at start; the rooms below it only say that there is something to
+/// keep. Does nothing before that.
+void installPreferencesSaver(void (*save)());
+void keepPreferences();
 
 }  // namespace halyard

@@ -14,6 +14,7 @@
 
 #include <simdjson.h>
 
+#include "core/app_context.hpp"
 #include "core/base64.hpp"
 #include "core/embedded_catalog.hpp"
 #include "core/text.hpp"
@@ -36,7 +37,6 @@ struct Catalog {
 
 struct LanguageState {
   std::string current = "en";
-  void (*save)() = nullptr;
 };
 
 struct LanguageRow {
@@ -199,10 +199,8 @@ void setCurrentLanguage(std::string_view code) { language().current = code; }
 
 void toggleLanguage() {
   language().current = language().current == "en" ? "de" : "en";
-  if (language().save != nullptr) language().save();
+  keepPreferences();
 }
-
-void installLanguageSaver(void (*save)()) { language().save = save; }
 
 std::string languageName(std::string_view code) {
   for (const LanguageRow& row : supportedLanguages) {

@@ -39,10 +39,8 @@ std::string localizedFormat(std::string_view key, Arguments&&... arguments);
 
 std::string_view currentLanguage();
 void setCurrentLanguage(std::string_view code);
-/// "en" becomes "de", anything else "en". Saving the preferences is installed by the shell.
+/// "en" becomes "de", anything else "en". The preferences are kept after the change.
 void toggleLanguage();
-/// Called by toggleLanguage() after the change.
-void installLanguageSaver(void (*save)());
 std::string languageName(std::string_view code);
 
 /// Reads a document in the .xcstrings format into the catalog, replacing what was there. False, and nothing changed,

@@ -16,6 +16,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "core/app_context.hpp"
 #include "core/embedded_catalog.hpp"
 #include "test_places.hpp"
 #include "tests/support/temporary_folder.hpp"
@@ -84,12 +85,12 @@ class StringCatalog : public testing::Test {
   StringCatalog() {
     unloadStringCatalog();
     setCurrentLanguage("en");
-    installLanguageSaver(nullptr);
+    installPreferencesSaver(nullptr);
   }
   ~StringCatalog() override {
     unloadStringCatalog();
     setCurrentLanguage("en");
-    installLanguageSaver(nullptr);
+    installPreferencesSaver(nullptr);
   }
 };
 
@@ -432,7 +433,7 @@ TEST_F(StringCatalog, TogglingTurnsEnglishIntoGermanAndAnythingElseIntoEnglish) 
 TEST_F(StringCatalog, TogglingSavesAfterTheChange) {
   static std::string saved;
   saved.clear();
-  installLanguageSaver([] { saved += std::string(currentLanguage()) + " "; });
+  installPreferencesSaver([] { saved += std::string(currentLanguage()) + " "; });
   toggleLanguage();
   toggleLanguage();
   EXPECT_EQ(saved, "de en ");

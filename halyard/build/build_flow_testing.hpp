@@ -28,7 +28,7 @@ class FlowTest : public testing::Test {
  public:
   FlowTest() {
     saves() = 0;
-    installSelectionSaver([] { ++saves(); });
+    installPreferencesSaver([] { ++saves(); });
     files.addFolder("/w/Harbor.xcodeproj");
     setSelectedProjectFilePath("/w/Harbor.xcodeproj");
     detectProject();
@@ -40,7 +40,7 @@ class FlowTest : public testing::Test {
     app = folder + "/Build/Products/Debug-iphonesimulator/Harbor.app";
   }
   ~FlowTest() override {
-    installSelectionSaver(nullptr);
+    installPreferencesSaver(nullptr);
     BuildTimeline::begin({});
     BuildTimeline::end();
   }

@@ -20,7 +20,7 @@ namespace {
 
 void storeBundleID(std::string value) {
   setSelectedBundleID(std::move(value));
-  saveSelection();
+  keepPreferences();
 }
 
 }  // namespace

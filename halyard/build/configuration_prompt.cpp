@@ -84,7 +84,7 @@ void selectBuildConfiguration() {
   }
   const bool isSwitch = !selectedConfig().empty() && selectedConfig() != chosen->name;
   setSelectedConfig(std::string(chosen->name));
-  saveSelection();
+  keepPreferences();
   printSuccess(localized(chosen->labelKey));
   if (isSwitch) clearCachesForSwitch(chosen->name);
   waitForBack();

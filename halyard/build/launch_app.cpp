@@ -146,7 +146,7 @@ bool prepareTarget(const ActiveTarget& target) {
 bool launchApp(const ActiveTarget& target, const BuiltApp& app) {
   if (!launchOnTarget(target, app) || operationAborted()) return false;
   if (!app.bundleID.empty()) setSelectedBundleID(app.bundleID);
-  saveSelection();
+  keepPreferences();
   return true;
 }
 

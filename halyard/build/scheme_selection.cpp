@@ -158,7 +158,7 @@ void useTestScheme(const std::string& scheme) {
 }
 
 void saveAndWait() {
-  saveSelection();
+  keepPreferences();
   waitForBack();
 }
 

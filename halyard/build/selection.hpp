@@ -10,11 +10,6 @@
 
 namespace halyard {
 
-/// Called after each change of the selection. The shell installs its saving of the preferences at start.
-void installSelectionSaver(void (*save)());
-/// The installed one, for what else stores a choice; does nothing before that.
-void saveSelection();
-
 /// `showHeader`: begins with the screen's own header; `showDescription`: and its explanation.
 void selectScheme(bool showHeader = true, bool showDescription = true);
 void selectTestScheme(bool showHeader = true, bool showDescription = true);

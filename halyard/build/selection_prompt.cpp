@@ -18,11 +18,6 @@ namespace halyard {
 
 namespace {
 
-void (*&selectionSaver())() {
-  static void (*save)() = nullptr;
-  return save;
-}
-
 std::string promptText(const ListPrompt& prompt) {
   std::string text =
       fmt::format("{}▶{} {}{}{}", Color::boldBlue, Color::reset, Color::bold, localized(prompt.labelKey), Color::reset);
@@ -34,15 +29,6 @@ std::string promptText(const ListPrompt& prompt) {
 }
 
 }  // namespace
-
-void installSelectionSaver(void (*save)()) {
-  selectionSaver() = save;
-  installDeviceSelectionSaver(save);
-}
-
-void saveSelection() {
-  if (selectionSaver() != nullptr) selectionSaver()();
-}
 
 ListAnswer readListAnswer(std::string_view line, const ListPrompt& prompt) {
   const std::string answer = lowercased(trimmed(line));

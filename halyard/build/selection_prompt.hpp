@@ -34,7 +34,4 @@ std::string listOrder(char order, std::string_view label);
 /// The message for a number that isn't a row.
 void printInvalidSelection();
 
-/// Runs what was installed to save the selection.
-void saveSelection();
-
 }  // namespace halyard

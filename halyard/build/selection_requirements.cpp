@@ -28,7 +28,7 @@ bool refuseSimulator(const ActiveTarget& gone) {
   printErrorDetail(localizedFormat("simulator_no_longer_exists_var", displaySafe(gone.name)), {}, {},
                    localized("create_simulator_in_xcode_hint"));
   setSelectedDevice({});
-  saveSelection();
+  keepPreferences();
   return waitForBackAndLeave();
 }
 
@@ -78,7 +78,7 @@ std::optional<std::string> requireBundleIdentifier(std::string_view label) {
   const std::string_view answer = trimmed(line);
   if (answer.empty()) return std::nullopt;
   setSelectedBundleID(std::string(answer));
-  saveSelection();
+  keepPreferences();
   printSuccess(fmt::format("{} {}", localized("bundle_id_saved_2"), displaySafe(answer)));
   return selectedBundleID();
 }

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/app_context.hpp"
 #include "halyard/build/project_location.hpp"
 #include "halyard/build/scheme_platforms.hpp"
 #include "halyard/build/selection_prompt.hpp"
@@ -35,14 +36,14 @@ class Selection : public testing::Test {
  protected:
   Selection() {
     saves = 0;
-    installSelectionSaver([] { ++saves; });
+    installPreferencesSaver([] { ++saves; });
     resetSimulatorFilter();
     forgetCatalystAnswers();
     context.files.addFile("/p/A.xcodeproj");
     setSelectedProjectFilePath("/p/A.xcodeproj");
     detectProject();
   }
-  ~Selection() override { installSelectionSaver(nullptr); }
+  ~Selection() override { installPreferencesSaver(nullptr); }
 
   template <typename Action>
   auto typing(std::string_view keys, Action action) {

@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "core/app_context.hpp"
 #include "core/string_catalog.hpp"
 #include "core/text.hpp"
 #include "halyard/build/scheme_platforms.hpp"
@@ -120,13 +121,13 @@ void chooseSort() {
   const ListAnswer answer = askList({.labelKey = "choice", .rowCount = simulatorSorts.size()});
   if (answer.kind != ListAnswer::Kind::row) return;
   setSelectedSimSort(std::string(simulatorSorts.at(answer.row).value));
-  saveSelection();
+  keepPreferences();
 }
 
 void useDevice(const SelectedDevice& device) {
   setSelectedDevice(device);
   setLastSelectedDeviceKind("simulator");
-  saveSelection();
+  keepPreferences();
   printSuccess(
       fmt::format("{} {} ({})", localized("device_set"), displaySafe(device.name), displaySafe(device.osLabel)));
   waitForBack();
@@ -134,7 +135,7 @@ void useDevice(const SelectedDevice& device) {
 
 void clearDevice() {
   setSelectedDevice({});
-  saveSelection();
+  keepPreferences();
   printSuccess(localized("device_cleared"));
   waitForBack();
 }

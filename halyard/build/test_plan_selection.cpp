@@ -67,7 +67,7 @@ void printTestPlans(const TestPlanLists& lists) {
 void clearTestPlan() {
   setSelectedTestPlan({});
   setSelectedTestPlanIsFromScheme(false);
-  saveSelection();
+  keepPreferences();
   printSuccess(localized("test_plan_cleared"));
 }
 
@@ -86,7 +86,7 @@ void useTestPlan(const TestPlan& plan, bool isFromScheme) {
   printSuccess(
       fmt::format("{}: {}{}{}", localized("select_test_plan"), Color::bold, displaySafe(plan.name), Color::reset));
   if (!isFromScheme) switchToSchemeOf(plan);
-  saveSelection();
+  keepPreferences();
 }
 
 ListAnswer chooseTestPlan(const TestPlanLists& lists) {

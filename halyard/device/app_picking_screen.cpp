@@ -120,7 +120,7 @@ std::optional<std::string> pickAppFile() {
       return std::nullopt;
     }
     if (answer == "w") {
-      auto chosen = browseFiles(localized("select_app_or_ipa_file"), {".app", ".ipa"}, saveDeviceSelection);
+      auto chosen = browseFiles(localized("select_app_or_ipa_file"), {".app", ".ipa"});
       // The browser took the whole screen.
       printActionHeader(localized("install_app_on_device"), localized("install_app_on_device_description"));
       if (chosen) return chosen;

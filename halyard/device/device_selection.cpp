@@ -35,11 +35,6 @@ constexpr std::array<std::string_view, 4> stateHints = {"", "phy_state_hint_disc
                                                         "phy_state_hint_unknown"};
 static_assert(static_cast<std::size_t>(State::unknown) + 1 == stateHints.size());
 
-void (*&selectionSaver())() {
-  static void (*installed)() = nullptr;
-  return installed;
-}
-
 std::string deviceRow(const PhysicalDeviceInfo& device) {
   const std::string_view color = device.state == State::connected ? Color::boldGreen : Color::dim;
   return fmt::format("{} {}{} {} {}{}{}", padVisible(displaySafe(device.name), nameWidth), Color::dim,
@@ -65,7 +60,7 @@ void printPicker(const Devices& devices) {
 DevicePick storePick(const PhysicalDeviceInfo& device) {
   setSelectedPhysicalDevice(device);
   setLastSelectedDeviceKind("physical");
-  saveDeviceSelection();
+  keepPreferences();
   printSuccess(fmt::format("{} {}", localized("phy_device_set"), displaySafe(deviceDisplayName(device))));
   return DevicePick::picked;
 }
@@ -73,7 +68,7 @@ DevicePick storePick(const PhysicalDeviceInfo& device) {
 DevicePick clearSelection() {
   setSelectedPhysicalDevice({});
   setLastSelectedDeviceKind("simulator");
-  saveDeviceSelection();
+  keepPreferences();
   printSuccess(localized("phy_device_cleared"));
   return DevicePick::cleared;
 }
@@ -118,12 +113,6 @@ bool askWhetherToGoOn(PhysicalDeviceInfo device) {
 }
 
 }  // namespace
-
-void installDeviceSelectionSaver(void (*save)()) { selectionSaver() = save; }
-
-void saveDeviceSelection() {
-  if (selectionSaver() != nullptr) selectionSaver()();
-}
 
 DevicePick pickPhysicalDevice(bool clearFirst) {
   printActionHeader(localized("select_physical_device"), localized("select_physical_device_description"), clearFirst);

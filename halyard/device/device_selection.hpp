@@ -19,9 +19,4 @@ std::optional<PhysicalDeviceInfo> ensurePhysicalDevice();
 /// tool may reach a device that it doesn't list as connected.
 bool ensureDeviceReachable();
 
-/// Called after each change of the selection. Installed by the shell.
-void installDeviceSelectionSaver(void (*save)());
-/// The installed one; does nothing before that.
-void saveDeviceSelection();
-
 }  // namespace halyard

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/app_context.hpp"
 #include "core/string_catalog.hpp"
 #include "halyard/device/device_launching.hpp"
 #include "halyard/terminal/dialogs.hpp"
@@ -27,9 +28,9 @@ int saves = 0;
 struct DeviceSelection : testing::Test {
   DeviceSelection() {
     saves = 0;
-    installDeviceSelectionSaver([] { ++saves; });
+    installPreferencesSaver([] { ++saves; });
   }
-  ~DeviceSelection() override { installDeviceSelectionSaver(nullptr); }
+  ~DeviceSelection() override { installPreferencesSaver(nullptr); }
 
   static std::string device(const std::string& name, const std::string& tunnel, const std::string& pairing = "") {
     return R"({"deviceProperties":{"name":")" + name +

@@ -151,7 +151,7 @@ void installDirectorySetupSteps(const DirectorySetupSteps& steps) { installedSte
 void runDirectorySetup() {
   printHeader();
   const std::optional<std::string> chosen =
-      browseFiles(localized("select_project_or_workspace"), {".xcworkspace", ".xcodeproj"}, savePreferences);
+      browseFiles(localized("select_project_or_workspace"), {".xcworkspace", ".xcodeproj"});
   if (!chosen) return;
   const DirectorySetupSteps& steps = installedSteps();
   bool allAvailable = true;

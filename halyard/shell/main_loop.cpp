@@ -58,8 +58,7 @@ void enterSavedWorkingDirectory() {
 
 /// What the lower floors need of the shell.
 void installShell() {
-  installLanguageSaver(savePreferences);
-  installSelectionSaver(savePreferences);
+  installPreferencesSaver(savePreferences);
   installMenuLettersAtPrompts();
   installDirectorySetupSteps({.resolveDependencies = [] { resolveDetectedDependencies(); },
                               .selectScheme = [] { selectScheme(false, false); },

@@ -30,7 +30,7 @@ void printHeader() {
 
 void openFileWithApp() {
   printHeader();
-  const std::optional<std::string> chosen = browseFiles(localized("open_file_select_title"), {}, savePreferences);
+  const std::optional<std::string> chosen = browseFiles(localized("open_file_select_title"), {});
   printHeader();  // the browser took the whole screen
   if (chosen) {
     printBullet(displaySafe(std::filesystem::path(*chosen).filename().string()));

@@ -9,6 +9,7 @@
 
 #include <fmt/format.h>
 
+#include "core/app_context.hpp"
 #include "core/app_dependencies.hpp"
 #include "core/string_catalog.hpp"
 #include "core/text.hpp"
@@ -354,8 +355,7 @@ std::string drawFileBrowser(FileBrowser& browser, int rows, int columns) {
   return frame;
 }
 
-std::optional<std::string> browseFiles(std::string_view title, const std::vector<std::string>& allowedExtensions,
-                                       void (*save)()) {
+std::optional<std::string> browseFiles(std::string_view title, const std::vector<std::string>& allowedExtensions) {
   const std::string& remembered = selectedFileBrowserPath();
   FileBrowser browser =
       openFileBrowser(title, allowedExtensions, folderExists(remembered) ? remembered : workingFolder());
@@ -368,7 +368,7 @@ std::optional<std::string> browseFiles(std::string_view title, const std::vector
     }
   }
   setSelectedFileBrowserPath(browser.folder);
-  if (save != nullptr) save();
+  keepPreferences();
   return selectedPath(browser);
 }
 

@@ -23,9 +23,8 @@ struct FileBrowserEntry {
 /// be read.
 std::vector<FileBrowserEntry> fileBrowserEntries(const std::string& folder, const std::vector<std::string>& extensions);
 
-/// Returns the chosen path, or nothing when cancelled. Remembers the folder in the preferences through `save`.
-std::optional<std::string> browseFiles(std::string_view title, const std::vector<std::string>& allowedExtensions,
-                                       void (*save)());
+/// Returns the chosen path, or nothing when cancelled. Remembers the folder in the preferences.
+std::optional<std::string> browseFiles(std::string_view title, const std::vector<std::string>& allowedExtensions);
 
 /// The browser between two keys. It reads folders, but neither the keyboard nor the screen.
 struct FileBrowser {

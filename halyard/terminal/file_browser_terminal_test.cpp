@@ -25,7 +25,9 @@ namespace {
 int saveCount = 0;
 
 std::string browseAndReport(const std::vector<std::string>& extensions) {
-  const std::optional<std::string> chosen = browseFiles("Pick", extensions, [] { ++saveCount; });
+  installPreferencesSaver([] { ++saveCount; });
+  const std::optional<std::string> chosen = browseFiles("Pick", extensions);
+  installPreferencesSaver(nullptr);
   return chosen.value_or("nothing") + " | " + selectedFileBrowserPath() + " | " + std::to_string(saveCount);
 }
 
@@ -238,7 +240,7 @@ TEST(FileBrowserTerminal, TheEndOfInputCancels) {
     const DependenciesGuard guard({.commandRunner = nullptr, .fileSystemClient = &files, .appContext = nullptr});
     setSelectedFileBrowserPath("/work");
     alarm(10);
-    _exit(browseFiles("Pick", {}, nullptr).has_value() ? 1 : 0);
+    _exit(browseFiles("Pick", {}).has_value() ? 1 : 0);
   }
   int status = -1;
   ASSERT_EQ(waitpid(child, &status, 0), child);
