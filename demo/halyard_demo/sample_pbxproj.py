@@ -11,9 +11,9 @@ APP_SOURCES = ("HarborApp.swift", "ContentView.swift", "Berth.swift")
 APP_RESOURCES = ("Assets.xcassets", "Localizable.xcstrings", "PrivacyInfo.xcprivacy")
 APP_OTHERS = ("Info.plist", "Harbor.entitlements")
 TEST_TARGETS = {
-    # name: product type, source
-    "HarborTests": ("com.apple.product-type.bundle.unit-test", "BerthTests.swift"),
-    "HarborUITests": ("com.apple.product-type.bundle.ui-testing", "HarborUITests.swift"),
+    # name: product type, sources
+    "HarborTests": ("com.apple.product-type.bundle.unit-test", ("BerthTests.swift", "FeeTests.swift")),
+    "HarborUITests": ("com.apple.product-type.bundle.ui-testing", ("HarborUITests.swift",)),
 }
 FILE_TYPES = {".swift": "sourcecode.swift", ".xcassets": "folder.assetcatalog", ".plist": "text.plist.xml",
               ".xcstrings": "text.json.xcstrings", ".xcprivacy": "text.xml", ".entitlements": "text.plist.entitlements",
@@ -180,11 +180,10 @@ def app_target(objects, packages):
 
 
 def test_target(objects, name):
-    product_type, source = TEST_TARGETS[name]
-    reference = file_reference(objects, name + "/", source)
-    made, product = target(objects, name, product_type, [(source, reference)], [],
-                           dependencies=[dependency_on_app(objects, name)])
-    return made, product, group(objects, name, [reference])
+    product_type, names = TEST_TARGETS[name]
+    files = [(source, file_reference(objects, name + "/", source)) for source in names]
+    made, product = target(objects, name, product_type, files, [], dependencies=[dependency_on_app(objects, name)])
+    return made, product, group(objects, name, [reference for _, reference in files])
 
 
 def project_file(tests, package):
@@ -194,9 +193,9 @@ def project_file(tests, package):
     if tests:
         parts += [test_target(objects, name) for name in TEST_TARGETS]
     targets, products, groups = (list(column) for column in zip(*parts))
-    plan = [file_reference(objects, "", "Harbor.xctestplan")] if tests else []
+    plans = [file_reference(objects, "", name + ".xctestplan") for name in ("Harbor", "Quick")] if tests else []
     products_group = group(objects, "Products", products, path=False)
-    main_group = group(objects, "", plan + groups + [products_group])
+    main_group = group(objects, "", plans + groups + [products_group])
     attributes = {"BuildIndependentTargetsInParallel": "1", "LastSwiftUpdateCheck": "1620", "LastUpgradeCheck": "1620"}
     settings = configurations(objects, "Harbor", "PBXProject",
                               lambda name: dict(COMMON_SETTINGS, **CONFIGURATION_SETTINGS[name]))

@@ -22,13 +22,21 @@ def build_entry(target):
             '            buildForAnalyzing = "YES">\n' + reference(target, 12) + "         </BuildActionEntry>\n")
 
 
-TEST_PLANS = """      <TestPlans>
-         <TestPlanReference
-            reference = "container:Harbor.xctestplan"
-            default = "YES">
-         </TestPlanReference>
-      </TestPlans>
-"""
+def test_plans(names):
+    """The first is the default one."""
+    if not names:
+        return ""
+    rows = ['         <TestPlanReference\n            reference = "container:%s.xctestplan"%s>\n         </TestPlanReference>\n'
+            % (name, "" if number else '\n            default = "YES"') for number, name in enumerate(names)]
+    return "      <TestPlans>\n" + "".join(rows) + "      </TestPlans>\n"
+
+
+def testables(targets):
+    if not targets:
+        return ""
+    rows = ['         <TestableReference\n            skipped = "NO">\n' + reference(target, 12)
+            + "         </TestableReference>\n" for target in targets]
+    return "      <Testables>\n" + "".join(rows) + "      </Testables>\n"
 
 
 def runnable():
@@ -36,7 +44,7 @@ def runnable():
             + "      </BuildableProductRunnable>\n")
 
 
-def scheme_file(target, test_plan):
+def scheme_file(target, plans=(), tests=()):
     is_app = target == "Harbor"
     return ("""<?xml version="1.0" encoding="UTF-8"?>
 <Scheme
@@ -53,7 +61,7 @@ def scheme_file(target, test_plan):
       selectedDebuggerIdentifier = "Xcode.DebuggerFoundation.Debugger.LLDB"
       selectedLauncherIdentifier = "Xcode.DebuggerFoundation.Launcher.LLDB"
       shouldUseLaunchSchemeArgsEnv = "YES">
-""" + (TEST_PLANS if test_plan else "") + """   </TestAction>
+""" + test_plans(plans) + testables(tests) + """   </TestAction>
    <LaunchAction
       buildConfiguration = "Debug"
       selectedDebuggerIdentifier = "Xcode.DebuggerFoundation.Debugger.LLDB"

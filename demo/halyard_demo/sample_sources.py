@@ -124,6 +124,27 @@ final class BerthTests: XCTestCase {
 }
 """
 
+FEE_TESTS = """import Testing
+@testable import Harbor
+
+@Suite("Fees")
+struct FeeTests {
+    @Test func noNightCostsNothing() {
+        #expect(Berth(id: 3, boat: "Windward", nights: 0).fee(perNight: 1200) == 0)
+    }
+
+    @Test("A week costs six nights")
+    func weekCostsSixNights() {
+        #expect(Berth(id: 2, boat: "Kittiwake", nights: 7).fee(perNight: 100) == 600)
+    }
+
+    @Test(arguments: [1, 6, 7, 14])
+    func neverMoreThanAllNights(nights: Int) {
+        #expect(Berth(id: 1, boat: "Anemone", nights: nights).fee(perNight: 1) <= nights)
+    }
+}
+"""
+
 UI_TESTS = """import XCTest
 
 final class HarborUITests: XCTestCase {
@@ -223,7 +244,7 @@ RESOLVED = document({
 })
 
 
-def test_plan():
+def test_plan(*targets):
     def target(name):
         return {"target": {"containerPath": "container:Harbor.xcodeproj", "identifier": identifier("target " + name),
                            "name": name}}
@@ -231,6 +252,6 @@ def test_plan():
     return document({
         "configurations": [{"id": "6D0C5E3A-8B5F-4C21-9D6E-0F3A7B1C2D48", "name": "Configuration 1", "options": {}}],
         "defaultOptions": {"codeCoverage": {"targets": [target("Harbor")["target"]]}},
-        "testTargets": [target("HarborTests"), target("HarborUITests")],
+        "testTargets": [target(name) for name in targets],
         "version": 1,
     })

@@ -18,8 +18,10 @@ TOOLS = (
     Tool("simctl", "simctl", False),
     Tool("sw_vers", "sw_vers", True),
     Tool("swift", "swift", True),
+    Tool("xccov", "xccov", False),
     Tool("xcode-select", "xcode_select", True),
     Tool("xcodebuild", "xcodebuild", True),
+    Tool("xcresulttool", "xcresulttool", False),
     Tool("xcrun", "xcrun", True),
 )
 

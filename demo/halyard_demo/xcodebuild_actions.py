@@ -1,4 +1,5 @@
-"""xcodebuild build, clean and -resolvePackageDependencies. A build takes its time and leaves an app.
+"""xcodebuild build, clean and -resolvePackageDependencies. A build takes its time and leaves an app. Of the tests'
+actions (see xcodebuild_tests) it is the part that builds.
 
 The setting `build` is an object; every key may be missing:
   fails      true: a compiler's error ends the build
@@ -20,7 +21,8 @@ from halyard_demo import build_log, build_product, project_model
 from halyard_demo.package_network import Network
 
 WITH_VALUE = ("-scheme", "-project", "-workspace", "-configuration", "-destination", "-derivedDataPath", "-sdk",
-              "-resultBundlePath", "-xcconfig", "-target")
+              "-resultBundlePath", "-xcconfig", "-target", "-testPlan", "-parallel-testing-enabled", "-enableCodeCoverage")
+ACTIONS = ("build", "clean", "build-for-testing", "test-without-building", "test")
 PACE, SLOW_PACE = 0.002, 0.2
 FAILED, NO_PROJECT, NO_DESTINATION = 65, 66, 70
 
@@ -54,7 +56,8 @@ class Failure(Exception):
 
 def serves(arguments):
     invocation = Invocation(arguments)
-    return "-resolvePackageDependencies" in invocation.flags or bool(invocation.actions) and all(action in ("build", "clean") for action in invocation.actions)
+    return "-resolvePackageDependencies" in invocation.flags or bool(invocation.actions) and set(
+        invocation.actions) <= set(ACTIONS)
 
 
 def run(arguments, state):
@@ -66,12 +69,22 @@ def run(arguments, state):
             return build.resolve()
         status = 0
         for action in invocation.actions:
-            status = status or {"build": build.build, "clean": build.clean}[action]()
+            status = status or action_of(build, action)()
         return status
     except project_model.NotFound as problem:
         return complain(problem, NO_PROJECT)
     except Failure as problem:
         return complain(problem, problem.status)
+
+
+def action_of(build, action):
+    if action in ("build", "clean"):
+        return {"build": build.build, "clean": build.clean}[action]
+    from halyard_demo.xcodebuild_tests import TestRun
+
+    run_of_tests = TestRun(build)
+    return {"test": run_of_tests.test, "build-for-testing": run_of_tests.build_for_testing,
+            "test-without-building": run_of_tests.test_without_building}[action]
 
 
 def complain(problem, status):
@@ -141,27 +154,51 @@ class Build:
     # Actions
 
     def build(self):
-        layout = build_log.Layout(self.derived_data, self.configuration, self.sdk())
-        name = self.project.targets[0] if self.project.targets else self.project.name
-        app = "%s/%s.app" % (layout.products, name)
-        targets = self.targets(layout, name, app)
+        failed = self.make()
+        if failed is not None:
+            print("** BUILD FAILED **\n\n\n" + "\n".join(self.failed_commands(failed)), flush=True)
+            return FAILED
+        print("** BUILD SUCCEEDED **\n", flush=True)
+        return 0
+
+    @property
+    def layout(self):
+        return build_log.Layout(self.derived_data, self.configuration, self.sdk())
+
+    @property
+    def name(self):
+        """Of the app."""
+        return self.project.targets[0] if self.project.targets else self.project.name
+
+    def make(self, test_targets=(), failing_target=None):
+        """All targets' steps, and the app on disk. The target that doesn't compile, if one doesn't."""
+        layout = self.layout
+        app = "%s/%s.app" % (layout.products, self.name)
+        targets = self.targets(layout, self.name, app)
+        own = targets[-1]
+        targets += [self.test_target(name, app) for name in test_targets]
         self.print_packages()
         self.print_steps(build_log.graph(targets))
         self.print_steps(build_log.tools(layout))
         for target in targets:
             self.print_steps(build_log.compile_steps(target, layout))
-            if target is targets[-1]:
+            if target is own:
                 self.print_warnings(target)
-                if self.chosen.get("fails"):
-                    return self.fail(target)
+            if target is own and self.chosen.get("fails") or target.name == failing_target:
+                self.print_error(target)
+                return target
             self.print_steps(build_log.link_steps(target, layout))
-        self.print_steps(build_log.resource_steps(targets[-1], app, layout))
-        self.print_steps(build_log.last_steps(targets[-1], app))
+        self.print_steps(build_log.resource_steps(own, app, layout))
+        self.print_steps(build_log.last_steps(own, app))
         if self.chosen.get("product", True):
-            build_product.make(app, build_product.information(name, self.project_settings, layout.sdk,
+            build_product.make(app, build_product.information(self.name, self.project_settings, layout.sdk,
                                                               self.chosen.get("identifier", True)))
-        print("** BUILD SUCCEEDED **\n", flush=True)
-        return 0
+        return None
+
+    def test_target(self, name, app):
+        sources = sorted(glob.glob(os.path.join(glob.escape(os.path.join(self.folder, name)), "*.swift")))
+        host = app if not name.endswith("UITests") else "%s/%s-Runner.app" % (os.path.dirname(app), name)
+        return build_log.Target(name, self.project.name, self.folder, sources, "%s/PlugIns/%s.xctest/%s" % (host, name, name))
 
     def targets(self, layout, name, app):
         inside = app + ("/Contents/MacOS/" if layout.sdk == "macosx" else "/") + name
@@ -196,23 +233,23 @@ class Build:
                              "removing it" % (source, number + 7, number),
                              "        let berth%d = harbor.berths.first" % number, "            ^~~~~"])
 
-    def fail(self, target):
+    def print_error(self, target):
         source = target.sources[0]
         self.print_step(["%s:12:13: error: cannot find 'quay' in scope" % source, "            quay.open()",
                          "            ^~~~"])
-        print("\n".join(["** BUILD FAILED **", "", "", "The following build commands failed:",
-                         "\tSwiftCompile normal arm64 Compiling\\ %s %s %s"
-                         % (source.rpartition("/")[2], build_log.escaped(source), target.place), "(1 failure)"]), flush=True)
-        return FAILED
+
+    def failed_commands(self, target):
+        source = target.sources[0]
+        return ["The following build commands failed:", "\tSwiftCompile normal arm64 Compiling\\ %s %s %s"
+                % (source.rpartition("/")[2], build_log.escaped(source), target.place), "(1 failure)"]
 
     def clean(self):
         folder = os.path.join(self.derived_data, "Build")
-        name = self.project.targets[0] if self.project.targets else self.project.name
         self.print_step(["Clean.Remove clean %s/Build/Intermediates.noindex/%s.build" % (
             build_log.escaped(self.derived_data), self.project.name),
                          "    cd " + build_log.escaped(self.folder), "    builtin-rm -rf " + build_log.escaped(folder)])
         shutil.rmtree(folder, ignore_errors=True)
-        print("note: Cleaned target '%s' of project '%s'\n\n** CLEAN SUCCEEDED **\n" % (name, self.project.name), flush=True)
+        print("note: Cleaned target '%s' of project '%s'\n\n** CLEAN SUCCEEDED **\n" % (self.name, self.project.name), flush=True)
         return 0
 
     def resolve(self):
