@@ -20,6 +20,14 @@ struct FileAttributes {
   std::uint32_t posixPermissions = 0;                  ///< the lower twelve bits of the mode
 };
 
+/// An item of a folder as the folder's listing gives it. A symbolic link is one, wherever it leads.
+struct ListedItem {
+  std::string name;
+  FileType type = FileType::other;  ///< also of an item that can't be asked
+
+  bool operator==(const ListedItem&) const = default;
+};
+
 class FileSystemProviding {
  public:
   FileSystemProviding() = default;
@@ -30,6 +38,8 @@ class FileSystemProviding {
   [[nodiscard]] virtual bool fileExists(const std::string& path) const = 0;
   /// The entries' names in no order, without "." and "..". Throws std::system_error.
   [[nodiscard]] virtual std::vector<std::string> contentsOfDirectory(const std::string& path) const = 0;
+  /// The entries that aren't hidden, in no order, with their types, for folders of any size. Throws std::system_error.
+  [[nodiscard]] virtual std::vector<ListedItem> visibleItems(const std::string& path) const;
   /// Throws std::system_error.
   [[nodiscard]] virtual FileAttributes attributesOfItem(const std::string& path) const = 0;
   /// Removes a file, or a folder with all that it holds. Throws std::system_error.

@@ -5,14 +5,12 @@
 #include <string_view>
 #include <vector>
 
+#include "halyard/browser/directory_order.hpp"
 #include "halyard/browser/directory_state.hpp"
 
 namespace halyard {
 
 inline constexpr int directoryListRows = 25;
-
-/// By name, ascending, as the user's locale orders it, whatever the case; equal names by their bytes.
-void sortByName(std::vector<DirectoryEntry>& entries);
 
 /// A name that ends in .xcodeproj or .xcworkspace, whatever it is on disk.
 bool isXcodeProjectName(std::string_view name);

@@ -85,6 +85,9 @@ struct DirectoryHeaderContent {
 struct DirectoryViewHost {
   /// Where the browser opens as long as no working directory is selected; empty: the process's own.
   std::string launchDirectory;
+  /// The whole frame as the state is now.
+  std::function<void()> drawFrame;
+  /// The header alone, over what is on the screen.
   std::function<void(const DirectoryHeaderContent&)> drawHeader;
   /// How a toast waits; empty: it sleeps.
   std::function<void(std::chrono::milliseconds)> pause;

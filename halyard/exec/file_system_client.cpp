@@ -6,6 +6,7 @@
 
 #include <sys/stat.h>
 
+#include "halyard/platform/folder_listing.hpp"
 #include "halyard/platform/home_directory.hpp"
 #include "halyard/platform/item_status.hpp"
 
@@ -24,6 +25,10 @@ std::vector<std::string> DefaultFileSystemClient::contentsOfDirectory(const std:
     names.push_back(entry.path().filename().string());
   }
   return names;
+}
+
+std::vector<ListedItem> DefaultFileSystemClient::visibleItems(const std::string& path) const {
+  return visibleFolderItems(path);
 }
 
 FileAttributes DefaultFileSystemClient::attributesOfItem(const std::string& path) const {

@@ -1,5 +1,6 @@
 #include "halyard/shell/header.hpp"
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <string_view>
@@ -10,11 +11,13 @@
 #include "core/app_dependencies.hpp"
 #include "core/string_catalog.hpp"
 #include "core/text.hpp"
+#include "halyard/browser/directory_text.hpp"
 #include "halyard/build/active_target.hpp"
 #include "halyard/build/project_location.hpp"
 #include "halyard/shell/hotkey_mark.hpp"
 #include "halyard/shell/version.hpp"
 #include "halyard/terminal/colors.hpp"
+#include "halyard/terminal/control_sequences.hpp"
 #include "halyard/terminal/output.hpp"
 #include "halyard/terminal/screen.hpp"
 
@@ -137,11 +140,41 @@ std::string spread(const std::string& left, const std::string& right) {
   return left + std::string(static_cast<std::size_t>(gap > 1 ? gap : 1), ' ') + right;
 }
 
-std::string titleLines(bool compact) {
+/// As much of a text from outside as a line has columns left: the end of a path tells more than its beginning.
+std::string fittedEnd(std::string_view text, int columns) { return cutOnLeft(displaySafe(text), columns); }
+
+/// A line whose text is measured by the columns that it takes, wide characters and all.
+std::string measuredLine(const std::string& text) {
+  const int missing = std::max(Layout::frameWidth - cellWidth(stripAnsi(text)), 0);
+  return styled(Color::boldBlue, "│") + text + std::string(static_cast<std::size_t>(missing), ' ') +
+         styled(Color::boldBlue, "│") + "\n";
+}
+
+std::string clipboardLine(const std::string& title, const std::string& clipboard) {
+  const std::string_view label = localized("dirview_header_clipboard");
+  const int free = Layout::frameWidth - visibleWidth(title) - visibleWidth(label) - 5;
+  const std::string path = fittedEnd(clipboard, free);
+  const std::string gap(static_cast<std::size_t>(std::max(free - cellWidth(path), 0) + 2), ' ');
+  return measuredLine(fmt::format("{}{}{}{}:{} {}", title, gap, Color::dim, label, Color::reset, path));
+}
+
+std::string toastLine(const HeaderNotice& notice) {
+  const std::string text = displaySafe(notice.toast);
+  const std::string detail = fittedEnd(notice.toastDetail, Layout::frameWidth - cellWidth(text) - 4);
+  return measuredLine(fmt::format(" {}  {}", styled(Color::bold, text), detail));
+}
+
+std::string titleLines(bool compact, const HeaderNotice& notice) {
   const std::string title = fmt::format(" {}  {}", styled(Color::bold, localized("menu_title_halyard")),
                                         styled(Color::dim, localizedFormat("version_display", programVersion())));
-  return border("┌", {}, "┐") + line(spread(title, styled(Color::dim, localized("header_credit")))) +
-         line(" " + styled(Color::dim, localized(compact ? "header_links_compact" : "header_links")));
+  const std::string titleLine = notice.clipboard.empty()
+                                    ? line(spread(title, styled(Color::dim, localized("header_credit"))))
+                                    : clipboardLine(title, notice.clipboard);
+  const std::string links =
+      notice.toast.empty()
+          ? line(" " + styled(Color::dim, localized(compact ? "header_links_compact" : "header_links")))
+          : toastLine(notice);
+  return border("┌", {}, "┐") + titleLine + links;
 }
 
 std::string placeLabel(std::string_view label, std::string_view value) {
@@ -165,8 +198,9 @@ std::string selectionLine(const SelectionRow& row) {
 
 }  // namespace
 
-std::string headerFrame(const HeaderFacts& facts, std::optional<int> splitColumn, bool compact) {
-  std::string frame = titleLines(compact);
+std::string headerFrame(const HeaderFacts& facts, std::optional<int> splitColumn, bool compact,
+                        const HeaderNotice& notice) {
+  std::string frame = titleLines(compact, notice);
   if (!compact) {
     frame += factLines(facts) + border("├", {}, "┤");
     for (const SelectionRow& row : selectionRows) frame += selectionLine(row);
@@ -174,9 +208,9 @@ std::string headerFrame(const HeaderFacts& facts, std::optional<int> splitColumn
   return frame + (splitColumn ? border("├", splitColumn, "┤") : border("└", {}, "┘"));
 }
 
-void drawHeader(bool clear, std::optional<int> splitColumn, bool compact) {
+void drawHeader(bool clear, std::optional<int> splitColumn, bool compact, const HeaderNotice& notice) {
   if (clear) clearScreen();
-  print(headerFrame(compact ? HeaderFacts{} : headerFacts(), splitColumn, compact));
+  print(headerFrame(compact ? HeaderFacts{} : headerFacts(), splitColumn, compact, notice));
 }
 
 void resetHeaderCache() { cache().branch.reset(); }

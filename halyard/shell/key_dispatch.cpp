@@ -214,20 +214,45 @@ bool keepsGlobalKeys(const MainLoopState& state) {
   return std::find(ownModes.begin(), ownModes.end(), directoryAppMode()) != ownModes.end();
 }
 
+/// The hits of a search or filter are ended by the letter that elsewhere leaves the view.
+bool endsDirectoryResults(const MainLoopState& state) {
+  const DirectoryAppMode mode = directoryAppMode();
+  return state.activeView == AppViewMode::directory &&
+         (mode == DirectoryAppMode::searchResults || mode == DirectoryAppMode::filterResults);
+}
+
+/// In the directory view a held Space is a key of its own. Its first repeats, which could still be presses, have opened
+/// the box.
+bool takesHeldSpace(MainLoopState& state, const RawKey& key) {
+  if (!key.is(" ") || state.activeView != AppViewMode::directory || keepsGlobalKeys(state)) {
+    state.spaceHold.release();
+    return false;
+  }
+  const SpaceHold::Press press = state.spaceHold.press(state.now());
+  if (press == SpaceHold::Press::single) return false;
+  if (press == SpaceHold::Press::held) {
+    state.viewSwitchOverlayOpen = false;
+    state.needsFullRedraw = true;
+    handleDirectoryKey(key);
+    state.spaceHold.resume(state.now());
+  }
+  return true;
+}
+
 bool handleGlobalKey(MainLoopState& state, const RawKey& key) {
   if (keepsGlobalKeys(state)) return false;
   if (key.is(" ")) {
     state.viewSwitchOverlayOpen = true;
     state.needsFullRedraw = true;
-  } else if (key.is("X")) {
+  } else if (key.is("X") && !endsDirectoryResults(state)) {
     if (state.activeView == AppViewMode::halyard) {
       jumpToGroup(state, 'X');
     } else {
       state.activeView = AppViewMode::halyard;
       state.needsFullRedraw = true;
     }
-  } else if (key.is("W")) {
-    if (state.activeView != AppViewMode::directory) showDirectoryView(state);
+  } else if (key.is("W") && state.activeView != AppViewMode::directory) {
+    showDirectoryView(state);
   } else {
     return false;
   }
@@ -258,6 +283,7 @@ void handleDirectoryViewKey(MainLoopState& state, const RawKey& key) {
 
 void dispatchKey(MainLoopState& state, const RawKey& key) {
   state.needsFullRedraw = false;
+  if (takesHeldSpace(state, key)) return;
   if (state.viewSwitchOverlayOpen) return handleViewSwitchKey(state, key);
   if (handleGlobalKey(state, key)) return;
   switch (state.activeView) {

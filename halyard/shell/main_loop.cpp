@@ -56,9 +56,25 @@ void enterSavedWorkingDirectory() {
   }
 }
 
+void drawToastHeader(const DirectoryHeaderContent& content) {
+  beginFrame();
+  print(Cursor::home);
+  drawHeader(false, {}, true, {content.toast, content.toastDetail, content.clipboard});
+  endFrame();
+}
+
+HeaderNotice headerNotice(const MainLoopState& state) {
+  if (state.activeView != AppViewMode::directory) return {};
+  return {.toast = {}, .toastDetail = {}, .clipboard = directoryHeaderContent().clipboard};
+}
+
 /// What the lower floors need of the shell.
-void installShell() {
+void installShell(MainLoopState& state) {
   installPreferencesSaver(savePreferences);
+  installDirectoryViewHost({.launchDirectory = state.launchDirectory,
+                            .drawFrame = [&state] { drawFrame(state); },
+                            .drawHeader = drawToastHeader,
+                            .pause = {}});
   installMenuLettersAtPrompts();
   installDirectorySetupSteps({.resolveDependencies = [] { resolveDetectedDependencies(); },
                               .selectScheme = [] { selectScheme(false, false); },
@@ -152,10 +168,11 @@ void drawFrame(MainLoopState& state) {
   beginFrame();
   if (!state.needsFullRedraw) print(Cursor::home);
   const bool isMenu = state.activeView == AppViewMode::halyard;
-  drawHeader(state.needsFullRedraw, isMenu ? std::optional(menuLeftWidth) : std::nullopt, !isMenu);
+  drawHeader(state.needsFullRedraw, isMenu ? std::optional(menuLeftWidth) : std::nullopt, !isMenu, headerNotice(state));
   drawBody(state);
   // Before the boxes: they leave the cursor at a row that a low terminal doesn't have.
   print(Cursor::eraseBelow);
+  if (state.activeView == AppViewMode::directory) drawDirectoryOverlay();
   if (isMenu && state.menuHelpOpen) drawHelpBox(state.menuHelpEntry, helpTopRow, helpTextRows, state.menuHelpScroll);
   if (state.viewSwitchOverlayOpen) drawViewSwitchBox();
   endFrame();
@@ -171,7 +188,7 @@ void runMainLoop(Menu (*build)()) {
   print("\n  ⏳  Please wait …\n\n");
   flushOutput();
   loadStringCatalog({});
-  installShell();
+  installShell(state);
   loadPreferences();
   enterSavedWorkingDirectory();
   detectProject();

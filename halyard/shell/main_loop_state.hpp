@@ -1,10 +1,12 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <string>
 
 #include "halyard/shell/menu_drawing.hpp"
 #include "halyard/shell/menu_model.hpp"
+#include "halyard/shell/space_hold.hpp"
 #include "halyard/terminal/help_box.hpp"
 
 namespace halyard {
@@ -23,6 +25,9 @@ struct MainLoopState {
   int menuHelpScroll = 0;
   HelpText menuHelpEntry;
   std::string launchDirectory;  ///< where the directory browser first opens
+
+  SpaceHold spaceHold;
+  std::function<SpaceHold::TimePoint()> now = std::chrono::steady_clock::now;
 
   /// Runs a row's action outside full-screen mode; a test puts its own here.
   std::function<void(const std::function<void()>&)> runAction;

@@ -1,0 +1,7 @@
+#include "halyard/platform/folder_listing.hpp"
+
+namespace halyard {
+
+bool isHiddenItem(int, const char* name) { return name[0] == '.'; }
+
+}  // namespace halyard
