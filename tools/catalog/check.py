@@ -30,6 +30,7 @@ PLACEHOLDER = re.compile(r"%(?:(\d+)\$)?([-0+ ]*\d*(?:\.\d+)?[hlqzt]*[@sdiuxXfFg
 # Keys (as patterns) and the most columns their texts may take; the first pattern that fits a key counts.
 WIDTHS = (
     ("appstore_debug_*_title", 120),  # a line of its own, for developers
+    ("dirview_footer_hints_*", 79),
     ("header_links", 82),
     ("header_links_compact", 82),
     ("help_scroll_hint", 70),
