@@ -58,6 +58,8 @@ struct KeyedRow {
   std::size_t index = 0;
 };
 
+constexpr std::size_t rowsBetweenLooks = 1024;
+
 std::uint64_t headOf(std::string_view key) {
   std::uint64_t head = 0;
   for (std::size_t i = 0; i < sizeof head; ++i) {
@@ -68,7 +70,7 @@ std::uint64_t headOf(std::string_view key) {
 
 }  // namespace
 
-void sortByName(std::vector<DirectoryEntry>& entries) {
+void sortByName(std::vector<DirectoryEntry>& entries, const std::function<bool()>& isCancelled) {
   const std::unique_ptr<icu::Collator> order = collator();
   std::string keys;
   std::vector<KeyedRow> rows;
@@ -78,6 +80,8 @@ void sortByName(std::vector<DirectoryEntry>& entries) {
     appendSortKey(order.get(), entry.name, keys);
     const std::string_view key = std::string_view(keys).substr(begin);
     rows.push_back({headOf(key), begin, key.size(), rows.size()});
+    // The keys are most of the work.
+    if (rows.size() % rowsBetweenLooks == 0 && isCancelled && isCancelled()) return;
   }
   const std::string_view all = keys;
   std::sort(rows.begin(), rows.end(), [&](const KeyedRow& left, const KeyedRow& right) {

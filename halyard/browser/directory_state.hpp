@@ -53,6 +53,8 @@ struct HotkeySlot {
 
 struct DirectorySearchState {
   std::string inputText;        ///< lower-cased as typed
+  std::string typedBytes = {};  ///< of a character beyond ASCII that isn't whole yet
+  std::size_t lengthBeforeBytes = 0;
   std::string expandedPattern;  ///< the file pattern actually used
   int spinnerFrame = 0;         ///< 0 to 9
   DirectoryViewListState savedListState;

@@ -1,0 +1,13 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "halyard/platform/hidden_items.hpp"
+
+namespace halyard {
+
+bool isMarkedHidden(int folder, const char* name) {
+  struct stat status {};
+  return fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 && (status.st_flags & UF_HIDDEN) != 0;
+}
+
+}  // namespace halyard
