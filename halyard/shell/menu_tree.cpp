@@ -15,6 +15,7 @@
 #include "halyard/shell/unavailable_action.hpp"
 #include "halyard/terminal/colors.hpp"
 #include "halyard/terminal/dialogs.hpp"
+#include "halyard/testruns/test_actions.hpp"
 #include "halyard/tools/applications_menu.hpp"
 
 namespace halyard {
@@ -144,12 +145,12 @@ constexpr MenuRow physicalRows[] = {
 };
 
 constexpr MenuRow testRows[] = {
-    {.key = "run_unit_tests", .hotkey = 7},
-    {.key = "run_ui_tests"},
-    {.key = "run_all_tests"},
+    {.key = "run_unit_tests", .hotkey = 7, .action = runUnitTests},
+    {.key = "run_ui_tests", .action = runUiTests},
+    {.key = "run_all_tests", .action = runAllTests},
     {.key = {}},
-    {.key = "build_for_testing"},
-    {.key = "test_without_building"},
+    {.key = "build_for_testing", .action = buildForTesting},
+    {.key = "test_without_building", .action = testWithoutBuilding},
     {.key = {}},
     {.key = "auto_build", .hotkey = 8},
 };
