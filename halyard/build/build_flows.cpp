@@ -17,6 +17,7 @@
 #include "halyard/build/live_build.hpp"
 #include "halyard/build/project_location.hpp"
 #include "halyard/packages/detection.hpp"
+#include "halyard/packages/package_live.hpp"
 #include "halyard/packages/package_sync.hpp"
 #include "halyard/terminal/colors.hpp"
 #include "halyard/terminal/dialogs.hpp"
@@ -123,6 +124,10 @@ bool runResolvePhase() {
     printSuccess(localized("packages_resolved"));
   } else if (!aborted) {
     printError(localized("spm_packages_could_not_be_resolved"));
+    // The condensed view has only the first line of a cause.
+    for (const std::string& line : packageErrorLines(PackageTool::spm, result.output)) {
+      printLine("    " + displaySafe(line));
+    }
   }
   return succeeded;
 }

@@ -121,12 +121,12 @@ class FullReset : public FlowTest {
     runner.expect("rm -rf ~/Library/Caches/org.swift.swiftpm").expect("rm -rf '" + folder + "'/SourcePackages");
     return *this;
   }
-  FullReset& resolved(std::int32_t status = 0) {
+  FullReset& resolved(std::int32_t status = 0, const std::string& output = "resolved source packages: Tides\n") {
     runner.expect(
         "xcodebuild -project '/w/Harbor.xcodeproj' -scheme 'Harbor' -resolvePackageDependencies "
         "-derivedDataPath '" +
             folder + "' 2>&1",
-        "resolved source packages: Tides\n", status);
+        output, status);
     return *this;
   }
 };
@@ -179,6 +179,21 @@ TEST_F(FullReset, UnresolvedPackagesStopIt) {
   const std::string text = shown(fullResetBuildAndLaunch, "jx");
   EXPECT_THAT(text, HasSubstr("✗ SPM packages could not be resolved:"));
   EXPECT_THAT(text, AllOf(HasSubstr("Build Timeline"), HasSubstr(backPrompt), Not(HasSubstr("Step 3/4"))));
+}
+
+TEST_F(FullReset, WhyPackagesAreUnresolvedStandsBelow) {
+  known();
+  detected("./Package.swift").xcodeCachesDeleted().packageCachesDeleted();
+  resolved(74,
+           "Fetching from https://example.invalid/Tides.git\n"
+           "xcodebuild: error: Could not resolve package dependencies:\n"
+           "  Failed to clone repository https://example.invalid/Tides.git:\n"
+           "    fatal: \x1b[2JCould not resolve host\n");
+  EXPECT_THAT(shown(fullResetBuildAndLaunch, "jx"),
+              HasSubstr("✗ SPM packages could not be resolved:\n"
+                        "    xcodebuild: error: Could not resolve package dependencies:\n"
+                        "      Failed to clone repository https://example.invalid/Tides.git:\n"
+                        "        fatal: ␛[2JCould not resolve host\n"));
 }
 
 TEST_F(FullReset, ResolvingGetsHalfAnHour) {

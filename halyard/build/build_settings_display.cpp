@@ -15,6 +15,8 @@
 namespace halyard {
 
 void showBuildSettings() {
+  // A flag that something before left behind would take the settings off the screen at once.
+  setOperationAborted(false);
   if (!requireTarget()) return;
   printActionHeader(localized("show_build_settings"), {});
   printLine();

@@ -18,6 +18,13 @@ TEST_F(BuildSettings, AreShownLineByLineAndSafely) {
   EXPECT_THAT(stripAnsi(text), testing::HasSubstr(backPrompt));
 }
 
+TEST_F(BuildSettings, StayOnTheScreenAfterAnAbortOfSomethingBefore) {
+  setOperationAborted(true);
+  known();
+  runner.expect("xcodebuild -project '/w/Harbor.xcodeproj' -scheme 'Harbor' -showBuildSettings", "A = B\n");
+  EXPECT_THAT(shown(showBuildSettings, "x"), testing::HasSubstr(backPrompt));
+}
+
 TEST_F(BuildSettings, NeedAScheme) {
   setSelectedScheme({});
   EXPECT_THAT(shown(showBuildSettings, "x"), testing::HasSubstr("No scheme selected."));

@@ -117,6 +117,7 @@ void guidedClean() {
 }
 
 void cleanBuild() {
+  setOperationAborted(false);
   if (!requireTarget()) return;
   printActionHeader(localized("xcodebuild_clean"),
                     localized("runs_xcodebuild_clean_for_the_selected_scheme_removes_build"));

@@ -122,6 +122,12 @@ TEST_F(CleanBuild, AnAbortIsNone) {
   EXPECT_THAT(shown(cleanBuild, "jx"), AllOf(Not(HasSubstr("failed")), Not(HasSubstr(backPrompt))));
 }
 
+TEST_F(CleanBuild, AnAbortOfSomethingBeforeIsNotItsOwn) {
+  setOperationAborted(true);
+  setSelectedScheme({});
+  EXPECT_THAT(shown(cleanBuild, "x"), HasSubstr(backPrompt));
+}
+
 TEST_F(CleanBuild, ADeclinedQuestionRunsNothing) {
   known();
   EXPECT_THAT(shown(cleanBuild, "n"), Not(HasSubstr("xcodebuild clean …")));

@@ -91,6 +91,8 @@ void launchLastBuiltApp() {
 }
 
 void launchLastBuiltAppOnSimulator() {
+  // A flag that something before left behind isn't this flow's.
+  setOperationAborted(false);
   if (!requireScheme()) return;
   printActionHeader(localized("launch_app_again_simulator"),
                     localized("launches_last_built_app_on_selected_simulator"));

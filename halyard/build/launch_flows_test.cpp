@@ -109,6 +109,12 @@ TEST_F(LaunchAgain, WithoutADeviceTheUserPicksOneAndTheSelectionStays) {
   EXPECT_FALSE(selectedDevice());
 }
 
+TEST_F(LaunchAgain, AnAbortOfSomethingBeforeIsNotItsOwn) {
+  setOperationAborted(true);
+  setSelectedScheme({});
+  EXPECT_THAT(shown(launchLastBuiltAppOnSimulator, "x"), HasSubstr(backPrompt));
+}
+
 TEST_F(LaunchAgain, TheMacInItsPlaceOpensTheApp) {
   selectMac();
   found("*/Build/Products/Debug/*");

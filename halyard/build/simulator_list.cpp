@@ -114,7 +114,7 @@ std::strong_ordering naturalOrder(std::string_view a, std::string_view b) {
       const std::string_view left = takeNumber(a);
       const std::string_view right = takeNumber(b);
       if (left.size() != right.size()) return left.size() <=> right.size();
-      if (const auto order = left <=> right; order != 0) return order;
+      if (const auto order = left <=> right; std::is_neq(order)) return order;
       continue;
     }
     const auto left = static_cast<unsigned char>(lower(a.front()));
@@ -134,19 +134,19 @@ int familyRank(const SimInfo& info) {
 }
 
 std::strong_ordering byName(const SimInfo& a, const SimInfo& b) {
-  if (const auto order = naturalOrder(a.name, b.name); order != 0) return order;
-  if (const auto order = naturalOrder(b.osLabel, a.osLabel); order != 0) return order;
+  if (const auto order = naturalOrder(a.name, b.name); std::is_neq(order)) return order;
+  if (const auto order = naturalOrder(b.osLabel, a.osLabel); std::is_neq(order)) return order;
   return a.udid <=> b.udid;
 }
 
 std::strong_ordering bySystem(const SimInfo& a, const SimInfo& b) {
-  if (const auto order = naturalOrder(b.osLabel, a.osLabel); order != 0) return order;
+  if (const auto order = naturalOrder(b.osLabel, a.osLabel); std::is_neq(order)) return order;
   return byName(a, b);
 }
 
 std::strong_ordering byType(const SimInfo& a, const SimInfo& b) {
-  if (const auto order = familyRank(a) <=> familyRank(b); order != 0) return order;
-  if (const auto order = naturalOrder(a.deviceType, b.deviceType); order != 0) return order;
+  if (const auto order = familyRank(a) <=> familyRank(b); std::is_neq(order)) return order;
+  if (const auto order = naturalOrder(a.deviceType, b.deviceType); std::is_neq(order)) return order;
   return byName(a, b);
 }
 
@@ -189,7 +189,8 @@ std::vector<SimInfo> listSimulators() {
 
 void sortSimulators(std::vector<SimInfo>& simulators, std::string_view order) {
   const auto compare = order == "os" ? bySystem : order == "type" ? byType : byName;
-  std::ranges::stable_sort(simulators, [compare](const SimInfo& a, const SimInfo& b) { return compare(a, b) < 0; });
+  std::ranges::stable_sort(simulators,
+                           [compare](const SimInfo& a, const SimInfo& b) { return std::is_lt(compare(a, b)); });
 }
 
 }  // namespace halyard

@@ -14,13 +14,12 @@ namespace halyard {
 
 namespace {
 
-/// An abort is the user's wish and no failure.
+/// An abort is the user's wish and no failure; nothing follows it, also where the tool took it for a good end.
 bool wentWell(const DeviceCommandResult& result, std::string_view titleKey, std::string_view reasonKey,
               std::string_view fallbackHintKey, const std::string& detail) {
+  if (operationAborted()) return false;
   if (result.succeeded()) return true;
-  if (!operationAborted()) {
-    printErrorDetail(localized(titleKey), detail, localized(reasonKey), result.hint(localized(fallbackHintKey)));
-  }
+  printErrorDetail(localized(titleKey), detail, localized(reasonKey), result.hint(localized(fallbackHintKey)));
   return false;
 }
 

@@ -259,6 +259,14 @@ TEST_F(DeviceLaunching, AnAbortIsNoFailure) {
   EXPECT_TRUE(operationAborted());
 }
 
+TEST_F(DeviceLaunching, AnAbortThatTheToolTakesForAGoodEndStartsNothing) {
+  expectConnected();
+  reset.runner.expect(installCommand, "", 0).whenCalled([] { setOperationAborted(true); });
+  EXPECT_THAT(shown("", [] { EXPECT_FALSE(installAndLaunchOnDevice("/b/My App.app", "com.a")); }),
+              AllOf(Not(HasSubstr("could not")), Not(HasSubstr("Launching"))));
+  EXPECT_TRUE(operationAborted());
+}
+
 TEST_F(DeviceLaunching, AnUnreachableDeviceThatIsGivenUpGetsNothing) {
   expectList("");
   EXPECT_THAT(shown("x\n", [] { EXPECT_FALSE(installAndLaunchOnDevice("/b/My App.app", "com.a")); }),
