@@ -8,173 +8,12 @@
 #include <utility>
 #include <vector>
 
-#include "core/text.hpp"
-#include "tests/e2e/build_flow_session.hpp"
+#include "tests/e2e/build_flow_calls.hpp"
 
-namespace halyard {
+namespace halyard::flow {
 namespace {
 
 using testing::ElementsAreArray;
-
-using Calls = std::vector<std::string>;
-
-struct Kind {
-  DemoTarget target;
-  std::string_view name;
-  std::string_view destination;
-  std::string_view products;
-  std::string_view provisioning;
-};
-
-constexpr Kind simulator = {DemoTarget::simulator, "Simulator", "platform=iOS Simulator,id=<simulator>",
-                            "Debug-iphonesimulator", ""};
-constexpr Kind device = {DemoTarget::device, "Device", "platform=iOS,id=<device>", "Debug-iphoneos",
-                         " -allowProvisioningUpdates"};
-constexpr Kind mac = {DemoTarget::mac, "Mac", "platform=macOS", "Debug", ""};
-constexpr Kind kinds[] = {simulator, device, mac};
-
-/// The session's calls but those of the start, with names in place of what is long.
-Calls callsOfFlow(const TerminalSession& session, const Kind& kind) {
-  Calls calls;
-  for (const JournalEntry& entry : session.journal()) {
-    std::string line = entry.line();
-    if (line == "xcodebuild -version" || line == "swift --version") continue;
-    replaceAll(line, appPath(session, kind.products), "<app>");
-    replaceAll(line, session.inHome(demoBuildFolder), "<folder>");
-    replaceAll(line, demoSimulator, "<simulator>");
-    replaceAll(line, demoDevice, "<device>");
-    calls.push_back(std::move(line));
-  }
-  return calls;
-}
-
-template <typename... More>
-Calls together(Calls calls, const More&... more) {
-  (calls.insert(calls.end(), more.begin(), more.end()), ...);
-  return calls;
-}
-
-// What the flows are made of.
-
-const Calls nothing;
-const Calls bringingToFront = {"open -a Simulator"};
-
-Calls checkingTarget(const Kind& kind) {
-  return kind.target == DemoTarget::simulator ? Calls{"xcrun simctl list devices -j"} : nothing;
-}
-
-Calls preparing(const Kind& kind) {
-  if (kind.target != DemoTarget::simulator) return {};
-  return {"xcrun simctl boot <simulator>", "xcrun simctl bootstatus <simulator> -b", "open -a Simulator"};
-}
-
-Calls building(const Kind& kind) {
-  return {"xcodebuild -project ./Harbor.xcodeproj -scheme Harbor -showBuildSettings -skipPackagePluginValidation",
-          "xcodebuild -parallelizeTargets -project ./Harbor.xcodeproj -scheme Harbor -configuration Debug "
-          "-destination " +
-              std::string(kind.destination) + std::string(kind.provisioning) +
-              " -derivedDataPath <folder> build COMPILER_INDEX_STORE_ENABLE=NO ONLY_ACTIVE_ARCH=YES "
-              "DEBUG_INFORMATION_FORMAT=dwarf SWIFT_COMPILATION_MODE=incremental"};
-}
-
-Calls identifying(const Kind& kind, bool found = true) {
-  Calls calls = {"defaults read <app>/Contents/Info CFBundleIdentifier"};
-  if (kind.target != DemoTarget::mac || !found) calls.emplace_back("defaults read <app>/Info CFBundleIdentifier");
-  return calls;
-}
-
-Calls installing(const Kind& kind) {
-  switch (kind.target) {
-    case DemoTarget::simulator: return {"xcrun simctl install <simulator> <app>"};
-    case DemoTarget::device:
-      return {"xcrun devicectl list devices --json-output -",
-              "xcrun devicectl device install app --device <device> <app>"};
-    case DemoTarget::mac: break;
-  }
-  return {};
-}
-
-Calls starting(const Kind& kind) {
-  switch (kind.target) {
-    case DemoTarget::simulator:
-      return {"xcrun simctl launch --terminate-running-process <simulator> com.example.harbor"};
-    case DemoTarget::device: return {"xcrun devicectl device process launch --device <device> com.example.harbor"};
-    case DemoTarget::mac: break;
-  }
-  return {"open <app>"};
-}
-
-Calls finishing(const Kind& kind) { return kind.target == DemoTarget::simulator ? bringingToFront : nothing; }
-
-/// From the app that was found to the app that runs.
-Calls launching(const Kind& kind) {
-  return together(identifying(kind), installing(kind), starting(kind), finishing(kind));
-}
-
-// The menu.
-
-bool isUnderCursor(const TerminalSession& session, std::string_view label) {
-  constexpr std::size_t itemColumn = 10;
-  const std::vector<std::string> rows = session.rows();
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    for (const std::string_view end : {"  ", " ["}) {
-      const std::size_t at = rows[i].rfind("│ " + std::string(label) + std::string(end));
-      if (at == std::string::npos) continue;
-      const auto column = graphemeCount(rows[i].substr(0, at)) + 2;
-      if (static_cast<std::size_t>(column) < itemColumn) continue;
-      const ScreenCell cell = session.cell(static_cast<int>(i), static_cast<int>(column));
-      if (cell.background == CellColor::rgb(0, 0, 0)) return true;
-    }
-  }
-  return false;
-}
-
-/// Runs a row of a group. The group of the Mac has no letter: it is one below its neighbour's.
-bool runRow(TerminalSession& session, std::string_view group, std::string_view label) {
-  const bool isBelow = group == "S+1";
-  session.send(group.substr(0, 1));
-  if (!session.waitUntilIdle()) return false;
-  if (isBelow && !session.sendSlowly({Key::left, Key::down})) return false;
-  if (!session.waitFor(label) || !session.waitUntilIdle()) return false;
-  session.send(Key::right);
-  for (int i = 0; i < 20; ++i) {
-    if (!session.waitUntilIdle()) return false;
-    if (isUnderCursor(session, label)) {
-      session.send(Key::enter);
-      return session.waitFor("[j/N]") && session.waitUntilIdle();
-    }
-    session.send(Key::down);
-  }
-  ADD_FAILURE() << "no row " << label;
-  return false;
-}
-
-constexpr std::string_view offer = "[+] Another simulator";
-constexpr std::string_view back = "[X]";
-
-std::string_view endOfLaunch(const Kind& kind) { return kind.target == DemoTarget::simulator ? offer : back; }
-
-bool waitForEnd(TerminalSession& session, std::string_view end) {
-  return session.waitFor(end) && session.waitUntilIdle();
-}
-
-void leave(TerminalSession& session) {
-  session.send("x");
-  quit(session);
-}
-
-SessionOptions withBuiltApp(SessionOptions options, const Kind& kind) {
-  const std::string app = std::string(demoBuildFolder) + "/Build/Products/" + std::string(kind.products) +
-                          (kind.target == DemoTarget::mac ? "/Harbor.app/Contents/" : "/Harbor.app/");
-  options.homeFiles[app + "Info.plist"] =
-      "<plist version=\"1.0\"><dict><key>CFBundleIdentifier</key><string>com.example.harbor</string></dict></plist>\n";
-  return options;
-}
-
-template <typename Case>
-std::string caseName(const testing::TestParamInfo<Case>& info) {
-  return std::string(info.param.kind.name) + std::string(info.param.name);
-}
 
 // Success of every flow.
 
@@ -340,7 +179,7 @@ TEST_P(DeclinedBuildMatrix, RunsNothingAndReturnsAtOnce) {
   for (const std::string& call : callsOfFlow(session, asked.kind)) {
     EXPECT_EQ(call, "xcrun simctl list devices -j") << "looks, and does nothing";
   }
-  EXPECT_TRUE(std::filesystem::exists(appPath(session, asked.kind.products)));
+  EXPECT_TRUE(std::filesystem::exists(appPath(session, products(asked.kind))));
   quit(session);
 }
 
@@ -358,16 +197,6 @@ struct FailureCase {
   Calls afterBuild;
   bool isLaunched = false;
 };
-
-std::string answer(std::string_view call, std::string_view output, int status) {
-  return R"({"call": ")" + std::string(call) + R"(", "stdout": ")" + std::string(output) + R"(", "status": )" +
-         std::to_string(status) + "}";
-}
-
-constexpr std::string_view simulatorInstall = "xcrun simctl install";
-constexpr std::string_view simulatorLaunch = "xcrun simctl launch";
-constexpr std::string_view deviceInstall = "xcrun devicectl device install";
-constexpr std::string_view deviceLaunch = "xcrun devicectl device process launch";
 
 const std::string success = "App running! Bundle ID: com.example.harbor";
 
@@ -429,8 +258,7 @@ class FailedBuildMatrix : public testing::TestWithParam<FailureCase> {};
 TEST_P(FailedBuildMatrix, EndsWhereItFailed) {
   const FailureCase& failure = GetParam();
   SessionOptions options = buildOptions(failure.kind.target, failure.buildSettings);
-  options.demoSettings.pop_back();
-  options.demoSettings += R"(, "answers": [)" + failure.answers + "]}";
+  addAnswers(options, failure.answers);
   TerminalSession session(options);
   ASSERT_TRUE(isAtMenu(session));
   session.send("3");
@@ -460,20 +288,6 @@ struct AbortCase {
   Calls calls;
   bool hasReport = true;
 };
-
-SessionOptions withSlowCall(const Kind& kind, std::string_view call) {
-  SessionOptions options = buildOptions(kind.target);
-  options.demoSettings.pop_back();
-  options.demoSettings += R"(, "answers": [{"call": ")" + std::string(call) + R"(", "delay": 20}]})";
-  return options;
-}
-
-bool waitForCall(TerminalSession& session, std::string_view call) {
-  return session.waitFor("the call", [&] {
-    return std::ranges::any_of(session.journal(),
-                               [&](const JournalEntry& entry) { return entry.line().starts_with(call); });
-  });
-}
 
 std::vector<AbortCase> aborts() {
   const auto built = [](const Kind& kind) { return together(checkingTarget(kind), preparing(kind), building(kind)); };
@@ -531,9 +345,7 @@ TEST(BuildAbort, CtrlCInAnUnwatchedCallEndsTheProgram) {
 
 TEST(AnotherSimulator, ACancelledPickAndAFailureOfferAgain) {
   SessionOptions options = buildOptions(DemoTarget::simulator);
-  options.demoSettings.pop_back();
-  options.demoSettings += R"(, "answers": [{"call": "xcrun simctl install 3D6E9F27-840A-4B1C-8C35-B2D6E4081704", )"
-                          R"("stdout": "Invalid app"}]})";
+  addAnswers(options, answer("xcrun simctl install " + std::string(otherSimulator), "Invalid app", 0));
   TerminalSession session(withBuiltApp(options, simulator));
   ASSERT_TRUE(isAtMenu(session));
   ASSERT_TRUE(runRow(session, "S", "Launch App"));
@@ -561,4 +373,4 @@ TEST(AnotherSimulator, ACancelledPickAndAFailureOfferAgain) {
 }
 
 }  // namespace
-}  // namespace halyard
+}  // namespace halyard::flow

@@ -1,5 +1,6 @@
 // The program as it is, with a first group of rows that run the command of HALYARD_PROBE_COMMAND each in its own way.
-// So a test can watch a running child, a prompt or a crash from the menu, whatever the menu's own rows do.
+// So a test can watch a running child, a prompt or a crash from the menu, whatever the menu's own rows do. The last
+// rows are flows that the menu has no row for.
 #include <cstdlib>
 #include <string>
 
@@ -7,6 +8,7 @@
 #include "core/app_dependencies.hpp"
 #include "core/string_catalog.hpp"
 #include "core/text.hpp"
+#include "halyard/build/build_flows.hpp"
 #include "halyard/exec/command_runner.hpp"
 #include "halyard/exec/file_system_client.hpp"
 #include "halyard/shell/main_loop.hpp"
@@ -39,6 +41,9 @@ LightMenuItem row(const char* label, Work work) {
           .hotkey = {}};
 }
 
+/// A flow, which brings its own frame.
+LightMenuItem flow(const char* label, void (*action)()) { return {.label = label, .action = action, .hotkey = {}}; }
+
 Menu probeMenu() {
   LightMenuCategory group;
   group.name = "Probe";
@@ -55,6 +60,9 @@ Menu probeMenu() {
       row("Choice", [] { return readChoice(); }),
       row("Confirm", [] { return std::string(confirm("Really?") ? "yes" : "no"); }),
       row("Crash", []() -> std::string { std::abort(); }),
+      flow("GuidedClean", guidedClean),
+      flow("BuildSettings", showBuildSettings),
+      flow("LaunchLastBuilt", launchLastBuiltApp),
   };
   Menu menu = buildMenu();
   menu.insert(menu.begin(), group);
