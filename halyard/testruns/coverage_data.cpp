@@ -127,7 +127,7 @@ std::optional<std::vector<CoverageTarget>> readCoverageReport(std::string_view j
 }
 
 std::optional<std::vector<CoverageTarget>> loadCoverage() {
-  const std::string bundle = newestResultBundle();
+  const std::string bundle = newestBundle();
   if (bundle.empty()) return std::nullopt;
   const std::string report = run("xcrun xccov view --report --json " + shellQuote(bundle) + " 2>/dev/null");
   if (report.empty()) return std::nullopt;

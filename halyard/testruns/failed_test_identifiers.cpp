@@ -82,7 +82,7 @@ std::vector<std::string> failedTestIdentifiers(const TestRunData& data, const st
 std::vector<std::string> failedTestIdentifiers(const TestRunData& data) {
   std::vector<BundleTest> tests;
   if (needsBundle(data)) {
-    if (const std::string bundle = newestResultBundle(); !bundle.empty()) tests = testsOfResultBundle(bundle);
+    if (const std::string bundle = newestBundle(); !bundle.empty()) tests = testsOfResultBundle(bundle);
   }
   return failedTestIdentifiers(data, tests);
 }

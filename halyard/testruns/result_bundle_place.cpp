@@ -12,6 +12,6 @@ std::string newestResultBundleCommand() {
          " -name '*.xcresult' 2>/dev/null | sort | tail -1";
 }
 
-std::string newestResultBundle() { return std::string(trimmed(run(newestResultBundleCommand()))); }
+std::string newestBundle() { return std::string(trimmed(run(newestResultBundleCommand()))); }
 
 }  // namespace halyard

@@ -9,6 +9,6 @@ namespace halyard {
 /// order.
 std::string newestResultBundleCommand();
 /// Its path; empty where no run has left one.
-std::string newestResultBundle();
+std::string newestBundle();
 
 }  // namespace halyard

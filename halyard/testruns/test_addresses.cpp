@@ -65,7 +65,7 @@ std::vector<TestAddress> readFailedTestAddresses(std::string_view json) {
 }
 
 std::vector<TestAddress> loadFailedTestAddresses() {
-  const std::string bundle = newestResultBundle();
+  const std::string bundle = newestBundle();
   if (bundle.empty()) return {};
   return readFailedTestAddresses(
       run("xcrun xcresulttool get test-results tests --path " + shellQuote(bundle) + " 2>/dev/null"));
