@@ -11,7 +11,7 @@
 #include "core/text.hpp"
 #include "halyard/build/target_names.hpp"
 #include "halyard/exec/shell_quote.hpp"
-#include "halyard/testruns/result_bundle_place.hpp"
+#include "halyard/testruns/result_bundle.hpp"
 
 namespace halyard {
 
@@ -127,7 +127,7 @@ std::optional<std::vector<CoverageTarget>> readCoverageReport(std::string_view j
 }
 
 std::optional<std::vector<CoverageTarget>> loadCoverage() {
-  const std::string bundle = newestBundle();
+  const std::string bundle = newestResultBundle();
   if (bundle.empty()) return std::nullopt;
   const std::string report = run("xcrun xccov view --report --json " + shellQuote(bundle) + " 2>/dev/null");
   if (report.empty()) return std::nullopt;

@@ -5,7 +5,7 @@
 
 #include "halyard/build/build_flow_testing.hpp"
 #include "halyard/exec/command_runner.hpp"
-#include "halyard/testruns/result_bundle_place.hpp"
+#include "halyard/testruns/result_bundle.hpp"
 #include "test_places.hpp"
 #include "tests/support/temporary_folder.hpp"
 
@@ -125,9 +125,10 @@ TEST_F(LoadedCoverage, OfTwoBundlesTheLastInSortOrderIsRead) {
         "Test-A-2026.02.28_23-59-59-+0100.xcresult"}) {
     std::filesystem::create_directories(home.at(std::string("Logs/Test/") + name));
   }
-  std::string command = newestResultBundleCommand();
+  std::string command = findBundle();
   command.replace(command.find(folder), folder.size(), home.at(""));
-  EXPECT_TRUE(DefaultCommandRunner().run(command).ends_with("2026.03.02_10-00-00-+0100.xcresult"));
+  const std::string newest = DefaultCommandRunner().run(command);
+  EXPECT_TRUE(newest.ends_with("2026.03.02_10-00-00-+0100.xcresult")) << newest;
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <fmt/format.h>
 
@@ -20,8 +21,8 @@
 #include "halyard/terminal/output.hpp"
 #include "halyard/terminal/screen.hpp"
 #include "halyard/testruns/coverage_actions.hpp"
+#include "halyard/testruns/result_bundle.hpp"
 #include "halyard/testruns/retry_items.hpp"
-#include "halyard/testruns/test_addresses.hpp"
 #include "halyard/testruns/test_result.hpp"
 #include "halyard/testruns/test_run.hpp"
 
@@ -121,11 +122,16 @@ Aftermath repeatAll(FinishedTestRun& run) {
   return Aftermath::result;
 }
 
+std::vector<BundleTest> testsOfNewestBundle() {
+  const std::string bundle = newestResultBundle();
+  return bundle.empty() ? std::vector<BundleTest>() : testsOfResultBundle(bundle);
+}
+
 /// Failed tests that can't be named run with the others of their run.
 TestRequest retryRequest(const FinishedTestRun& run) {
   TestRequest request = run.request;
   request.action = testWithoutBuildingAction;
-  if (std::string items = retrySelection(run.data, loadFailedTestAddresses); !items.empty()) {
+  if (std::string items = retrySelection(run.data, testsOfNewestBundle); !items.empty()) {
     request.selection = std::move(items);
   }
   return request;

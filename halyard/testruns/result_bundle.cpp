@@ -193,7 +193,7 @@ void addBundleTests(const std::vector<BundleTest>& tests, TestRunData& data) {
   }
 }
 
-std::string newestBundle() {
+std::string newestResultBundle() {
   return run("find " + shellQuote(privateDerivedDataPath() + "/Logs/Test") +
              " -name '*.xcresult' 2>/dev/null | sort | tail -1");
 }

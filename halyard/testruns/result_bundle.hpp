@@ -34,7 +34,7 @@ std::vector<BundleTest> readBundleTests(std::string_view json);
 void addBundleTests(const std::vector<BundleTest>& tests, TestRunData& data);
 
 /// The newest bundle of the project's own build folder, in sort order; empty without one.
-std::string newestBundle();
+std::string newestResultBundle();
 std::vector<BundleTest> testsOfResultBundle(const std::string& bundle);
 
 }  // namespace halyard

@@ -37,34 +37,37 @@ std::string unescaped(std::string_view name) {
   return text;
 }
 
-/// Finds addresses by the names of the live output.
+/// Finds the failed tests of a bundle by the names of the live output.
 class AddressBook {
  public:
-  explicit AddressBook(std::vector<TestAddress> addresses) : addresses_(std::move(addresses)) {
-    for (const TestAddress& address : addresses_) byName_[address.name].push_back(&address);
+  explicit AddressBook(std::vector<BundleTest> tests) : tests_(std::move(tests)) {
+    for (const BundleTest& test : tests_) {
+      if (test.result != BundleResult::failed || test.target.empty() || test.identifier.empty()) continue;
+      byName_[test.name].push_back(&test);
+    }
   }
 
-  [[nodiscard]] std::optional<TestAddress> find(const FailedTest& test) const {
+  [[nodiscard]] const BundleTest* find(const FailedTest& test) const {
     for (const std::string& name : {test.name, unescaped(test.name), test.name + "()"}) {
       const auto known = byName_.find(name);
       if (known != byName_.end()) return bestOf(known->second, test.suite);
     }
-    return std::nullopt;
+    return nullptr;
   }
 
  private:
-  static std::optional<TestAddress> bestOf(const std::vector<const TestAddress*>& candidates, std::string_view suite) {
+  static const BundleTest* bestOf(const std::vector<const BundleTest*>& candidates, std::string_view suite) {
     for (const std::string& name : {std::string(suite), unescaped(suite)}) {
-      for (const TestAddress* candidate : candidates) {
+      for (const BundleTest* candidate : candidates) {
         // Of a suite, or of its type.
-        if (candidate->suite == name || candidate->identifier.starts_with(name + "/")) return *candidate;
+        if (candidate->suite == name || candidate->identifier.starts_with(name + "/")) return candidate;
       }
     }
-    return candidates.size() == 1 ? std::optional(*candidates.front()) : std::nullopt;
+    return candidates.size() == 1 ? candidates.front() : nullptr;
   }
 
-  std::vector<TestAddress> addresses_;
-  std::unordered_map<std::string_view, std::vector<const TestAddress*>> byName_;
+  std::vector<BundleTest> tests_;
+  std::unordered_map<std::string_view, std::vector<const BundleTest*>> byName_;
 };
 
 /// "Target/Suite/test" in pieces.
@@ -74,11 +77,11 @@ struct Item {
   std::string name;
 };
 
-Item itemOf(const TestAddress& address) {
-  const std::size_t brackets = std::min(address.identifier.find('('), address.identifier.size());
-  const std::size_t slash = address.identifier.rfind('/', brackets);
-  if (slash == std::string::npos) return {address.target, {}, address.identifier};
-  return {address.target, address.identifier.substr(0, slash), address.identifier.substr(slash + 1)};
+Item itemOf(const BundleTest& test) {
+  const std::size_t brackets = std::min(test.identifier.find('('), test.identifier.size());
+  const std::size_t slash = test.identifier.rfind('/', brackets);
+  if (slash == std::string::npos) return {test.target, {}, test.identifier};
+  return {test.target, test.identifier.substr(0, slash), test.identifier.substr(slash + 1)};
 }
 
 std::optional<Item> itemOf(const FailedTest& test, const TestRunData& data) {
@@ -87,16 +90,16 @@ std::optional<Item> itemOf(const FailedTest& test, const TestRunData& data) {
   return Item{target->second, test.suite, test.name};
 }
 
-std::vector<Item> itemsOf(const TestRunData& data, const std::function<std::vector<TestAddress>()>& addresses) {
+std::vector<Item> itemsOf(const TestRunData& data, const std::function<std::vector<BundleTest>()>& bundleTests) {
   std::optional<AddressBook> book;
   std::vector<Item> items;
   for (const FailedTest& test : data.failed) {
-    std::optional<TestAddress> address;
+    const BundleTest* known = nullptr;
     if (!saysWhatItIs(test, data)) {
-      if (!book) book.emplace(addresses());
-      address = book->find(test);
+      if (!book) book.emplace(bundleTests());
+      known = book->find(test);
     }
-    std::optional<Item> item = address ? itemOf(*address) : itemOf(test, data);
+    std::optional<Item> item = known != nullptr ? std::optional(itemOf(*known)) : itemOf(test, data);
     if (item) items.push_back(*std::move(item));
   }
   return items;
@@ -139,9 +142,9 @@ constexpr Naming namings[] = {
 
 }  // namespace
 
-std::string retrySelection(const TestRunData& data, const std::function<std::vector<TestAddress>()>& addresses,
+std::string retrySelection(const TestRunData& data, const std::function<std::vector<BundleTest>()>& bundleTests,
                            std::size_t limit) {
-  const std::vector<Item> items = itemsOf(data, addresses);
+  const std::vector<Item> items = itemsOf(data, bundleTests);
   std::string words;
   for (const Naming naming : namings) {
     words = wordsOf(items, naming);

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "halyard/testruns/test_addresses.hpp"
+#include "halyard/testruns/result_bundle.hpp"
 #include "halyard/testruns/test_run_data.hpp"
 
 namespace halyard {
@@ -16,10 +16,10 @@ namespace halyard {
 /// program as one word.
 inline constexpr std::size_t longestSelection = 96 * 1024;
 
-/// The failed tests of a run as shell words: -only-testing:'Target/Suite/test', each once. `addresses` is asked, once,
-/// where the run alone doesn't say what a test is called: names of Swift Testing, and suites whose target never
+/// The failed tests of a run as shell words: -only-testing:'Target/Suite/test', each once. `bundleTests` is asked,
+/// once, where the run alone doesn't say what a test is called: names of Swift Testing, and suites whose target never
 /// showed. A test that can't be named at all is left out.
-std::string retrySelection(const TestRunData& data, const std::function<std::vector<TestAddress>()>& addresses,
+std::string retrySelection(const TestRunData& data, const std::function<std::vector<BundleTest>()>& bundleTests,
                            std::size_t limit = longestSelection);
 
 }  // namespace halyard

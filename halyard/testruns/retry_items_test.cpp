@@ -12,13 +12,21 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
-std::vector<TestAddress> notAsked() {
+std::vector<BundleTest> notAsked() {
   ADD_FAILURE() << "the bundle isn't needed";
   return {};
 }
 
-std::string selection(const TestRunData& data, std::vector<TestAddress> addresses) {
-  return retrySelection(data, [&] { return addresses; });
+struct Address {
+  std::string target, suite, name, identifier;
+};
+
+std::string selection(const TestRunData& data, const std::vector<Address>& addresses) {
+  std::vector<BundleTest> tests;
+  for (const auto& [target, suite, name, identifier] : addresses) {
+    tests.push_back({identifier, name, suite, target, BundleResult::failed});
+  }
+  return retrySelection(data, [&] { return tests; });
 }
 
 TEST(RetryItems, NameTargetSuiteAndTestEachOnce) {
@@ -45,6 +53,14 @@ TEST(RetryItems, AFunctionsNameTellsNothingOfItsSuitesType) {
                              {"HarborTests", "Other", "some(nights:)", "FeeTests/some(nights:)"},
                              {"HarborTests", "Others", "some(nights:)", "OtherTests/some(nights:)"}}),
             "-only-testing:'HarborTests/Outer/FeeTests/none()' -only-testing:'HarborTests/FeeTests/some(nights:)'");
+}
+
+TEST(RetryItems, OnlyTestsThatFailedAreLookedUp) {
+  const TestRunData data{.failed = {{"S", "same()"}}};
+  const std::vector<BundleTest> tests = {{"A/same()", "same()", "A", "T", BundleResult::passed},
+                                         {"B/same()", "same()", "B", "T", BundleResult::failed},
+                                         {"C/same()", "same()", "C", "", BundleResult::failed}};
+  EXPECT_EQ(retrySelection(data, [&] { return tests; }), "-only-testing:'T/B/same()'");
 }
 
 TEST(RetryItems, AFreeFunctionHasNoSuite) {

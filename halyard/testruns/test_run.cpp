@@ -89,7 +89,7 @@ bool isOlder(const std::string& bundle, SystemTime start) {
 }
 
 void readNewestBundle(TestRunData& data, SystemTime start) {
-  const std::string bundle = newestBundle();
+  const std::string bundle = newestResultBundle();
   if (bundle.empty() || isOlder(bundle, start)) return;
   addBundleTests(testsOfResultBundle(bundle), data);
 }
