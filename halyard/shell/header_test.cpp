@@ -6,6 +6,7 @@
 
 #include "core/text.hpp"
 #include "halyard/build/project_location.hpp"
+#include "halyard/terminal/control_sequences.hpp"
 #include "halyard/terminal/output.hpp"
 #include "halyard/terminal/screen.hpp"
 #include "tests/support/shell_fixture.hpp"
@@ -187,6 +188,42 @@ TEST_F(Header, FailingToolsShowDashes) {
   EXPECT_THAT(frame, HasSubstr("Branch:  —"));
   drawn();
   EXPECT_EQ(calls("git branch"), 1) << "an empty answer is an answer";
+}
+
+/// The compact header with what a view adds, without colours.
+std::vector<std::string> noticeLines(const HeaderNotice& notice) {
+  std::vector<std::string> result;
+  const std::string frame = headerFrame({}, {}, true, notice);
+  for (const auto line : splitLines(frame)) result.push_back(stripAnsi(line));
+  result.pop_back();
+  return result;
+}
+
+TEST_F(Header, AToastStandsInPlaceOfTheLinks) {
+  const auto lines = noticeLines({"View refreshed", "/work", {}});
+  ASSERT_EQ(lines.size(), static_cast<std::size_t>(compactHeaderLines));
+  EXPECT_EQ(lines[2], "│ View refreshed  /work" + std::string(61, ' ') + "│");
+  EXPECT_THAT(headerFrame({}, {}, true, {"View refreshed", "/work", {}}),
+              HasSubstr("\x1b[1mView refreshed\x1b[0m  /work"));
+  EXPECT_THAT(noticeLines({})[2], HasSubstr("[Q]"));
+}
+
+TEST_F(Header, TheClipboardStandsInPlaceOfTheCredit) {
+  EXPECT_THAT(noticeLines({{}, {}, "/work/a"})[1], EndsWith("  Clipboard: /work/a │"));
+  EXPECT_THAT(noticeLines({{}, {}, "/" + std::string(200, 'x') + "/end"})[1], HasSubstr("  Clipboard: …x"));
+  EXPECT_THAT(noticeLines({{}, {}, "/" + std::string(200, 'x') + "/end"})[1], EndsWith("x/end │"));
+  setCurrentLanguage("de");
+  EXPECT_THAT(noticeLines({{}, {}, "/work/a"})[1], EndsWith("  Zwischenablage: /work/a │"));
+}
+
+TEST_F(Header, WhateverAViewAddsTheFrameHolds) {
+  for (const std::string& path : {std::string("/日本語/😀"), "/" + repeated("語", 80), std::string("/a\x1b[2J\nb\xFF"),
+                                  std::string(4000, 'x'), std::string("/o\xCC\x88")}) {
+    for (const auto& line : noticeLines({"Copied", path, path})) {
+      EXPECT_EQ(cellWidth(line), 85) << line;
+      for (const char byte : line) EXPECT_FALSE(byte >= 0 && byte < 0x20) << line;
+    }
+  }
 }
 
 }  // namespace

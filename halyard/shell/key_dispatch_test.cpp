@@ -2,6 +2,7 @@
 
 #include "halyard/browser/directory_view.hpp"
 #include "tests/support/shell_fixture.hpp"
+#include "tests/support/typed_input.hpp"
 
 namespace halyard {
 namespace {
@@ -275,6 +276,74 @@ TEST_F(KeyDispatch, TheDirectoryViewQuitsAndTogglesTheLanguage) {
   press("l");
   EXPECT_EQ(currentLanguage(), "de");
   EXPECT_TRUE(state.needsFullRedraw);
+}
+
+TEST_F(KeyDispatch, AHeldSpaceCopiesTheCurrentFolderOfTheDirectoryView) {
+  SpaceHold::TimePoint now{};
+  state.now = [&now] { return now; };
+  const TypedInput noInput("");
+  installDirectoryViewHost(
+      {.launchDirectory = "/", .drawFrame = {}, .drawHeader = {}, .pause = [&now](auto time) { now += time; }});
+  directoryViewState().isPrepared = false;
+  press("W");
+  const auto space = [&](int pause) {
+    now += std::chrono::milliseconds(pause);
+    press(" ");
+  };
+  space(1000);
+  EXPECT_TRUE(state.viewSwitchOverlayOpen) << "a short press switches the view at once";
+  space(400);
+  space(30);
+  EXPECT_TRUE(state.viewSwitchOverlayOpen);
+  EXPECT_TRUE(runner.commands.empty());
+  space(30);
+  EXPECT_FALSE(state.viewSwitchOverlayOpen);
+  EXPECT_TRUE(state.needsFullRedraw);
+  EXPECT_EQ(runner.commands, std::vector<std::string>{"printf '%s' '/' | pbcopy"});
+  for (int i = 0; i < 20; ++i) space(30);
+  EXPECT_FALSE(state.viewSwitchOverlayOpen) << "the repeats go on until the key is let go";
+  EXPECT_EQ(runner.commands.size(), 1U);
+  space(1000);
+  EXPECT_TRUE(state.viewSwitchOverlayOpen);
+  directoryViewState() = {};
+}
+
+TEST_F(KeyDispatch, AHeldSpaceIsNothingSpecialInTheMenu) {
+  SpaceHold::TimePoint now{};
+  state.now = [&now] { return now; };
+  for (int i = 0; i < 10; ++i) press(" ");
+  EXPECT_TRUE(state.viewSwitchOverlayOpen);
+  EXPECT_TRUE(runner.commands.empty());
+}
+
+TEST_F(KeyDispatch, TheDirectoryViewsBoxesKeepTheGlobalKeys) {
+  press("W");
+  for (const auto mode :
+       {DirectoryAppMode::help, DirectoryAppMode::confirmDeleteHotkeys, DirectoryAppMode::hotkeyAction,
+        DirectoryAppMode::searchOverlay, DirectoryAppMode::filterOverlay}) {
+    for (const auto* key : {" ", "X", "Q", "l"}) {
+      directoryViewState().appMode = mode;
+      press(key);
+      EXPECT_FALSE(state.viewSwitchOverlayOpen) << key;
+      EXPECT_EQ(state.activeView, AppViewMode::directory) << key;
+      EXPECT_EQ(quits, 0) << key;
+      EXPECT_EQ(currentLanguage(), "en") << key;
+    }
+  }
+  directoryViewState() = {};
+}
+
+TEST_F(KeyDispatch, XEndsTheResultsOfASearchBeforeItLeavesTheView) {
+  press("W");
+  for (const auto mode : {DirectoryAppMode::searchResults, DirectoryAppMode::filterResults}) {
+    directoryViewState().appMode = mode;
+    press("X");
+    EXPECT_EQ(state.activeView, AppViewMode::directory);
+  }
+  directoryViewState().appMode = DirectoryAppMode::normal;
+  press("X");
+  EXPECT_EQ(state.activeView, AppViewMode::halyard);
+  directoryViewState() = {};
 }
 
 TEST_F(KeyDispatch, TheGitViewHandsItsKeysOnAndQuits) {
