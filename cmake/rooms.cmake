@@ -51,13 +51,24 @@ endfunction()
 
 # The catalog travels inside the program as base64 text, made anew whenever the document changes.
 function(halyard_embed_catalog target document)
-  add_executable(embed_catalog ${CMAKE_SOURCE_DIR}/tools/embed_catalog.cpp)
-  target_compile_features(embed_catalog PRIVATE cxx_std_20)
+  if(CMAKE_CROSSCOMPILING)
+    # It runs here and now, so it is made by this machine's own compiler.
+    set(embed_catalog ${CMAKE_BINARY_DIR}/embed_catalog)
+    add_custom_command(
+      OUTPUT ${embed_catalog}
+      COMMAND c++ -std=c++20 -o ${embed_catalog} ${CMAKE_SOURCE_DIR}/tools/embed_catalog.cpp
+      DEPENDS ${CMAKE_SOURCE_DIR}/tools/embed_catalog.cpp
+      VERBATIM)
+  else()
+    set(embed_catalog embed_catalog)
+    add_executable(embed_catalog ${CMAKE_SOURCE_DIR}/tools/embed_catalog.cpp)
+    target_compile_features(embed_catalog PRIVATE cxx_std_20)
+  endif()
   set(generated ${CMAKE_BINARY_DIR}/embedded_catalog.cpp)
   add_custom_command(
     OUTPUT ${generated}
-    COMMAND embed_catalog ${CMAKE_SOURCE_DIR}/${document} ${generated}
-    DEPENDS embed_catalog ${CMAKE_SOURCE_DIR}/${document}
+    COMMAND ${embed_catalog} ${CMAKE_SOURCE_DIR}/${document} ${generated}
+    DEPENDS ${embed_catalog} ${CMAKE_SOURCE_DIR}/${document}
     VERBATIM)
   target_sources(${target} PRIVATE ${generated})
 endfunction()

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include <stdlib.h>
+#include <unistd.h>
 
 #include "core/app_dependencies.hpp"
 #include "core/text.hpp"

@@ -1,19 +1,9 @@
-#include <memory>
-#include <type_traits>
-
-#include <CoreFoundation/CoreFoundation.h>
-
+#include "halyard/platform/core_foundation.hpp"
 #include "halyard/platform/user_defaults_source.hpp"
 
 namespace halyard {
 
 namespace {
-
-struct Release {
-  void operator()(CFTypeRef object) const { CFRelease(object); }
-};
-template <typename Reference>
-using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Release>;
 
 std::optional<std::string> utf8Text(CFStringRef text) {
   const CFIndex room = CFStringGetMaximumSizeForEncoding(CFStringGetLength(text), kCFStringEncodingUTF8) + 1;
@@ -26,9 +16,7 @@ std::optional<std::string> utf8Text(CFStringRef text) {
 }  // namespace
 
 std::optional<std::string> systemGlobalUserDefault(std::string_view key) {
-  const Owned<CFStringRef> name(CFStringCreateWithBytes(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(key.data()),
-                                                        static_cast<CFIndex>(key.size()), kCFStringEncodingUTF8,
-                                                        false));
+  const Owned<CFStringRef> name = coreFoundationText(key);
   if (name == nullptr) return std::nullopt;
   // The program lives long and the user may change the look meanwhile: without this the first answer would stay.
   CFPreferencesAppSynchronize(kCFPreferencesAnyApplication);

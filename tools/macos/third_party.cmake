@@ -1,0 +1,35 @@
+# Answers find_package() and pkg_check_modules() of the cross build (CMAKE_PROJECT_TOP_LEVEL_INCLUDES): every library is
+# the include folder that check.py has made. What is linked are the stubs of link.py.
+set(CROSS_INCLUDES $ENV{HALYARD_CROSS}/../include $ENV{HALYARD_CROSS_DECLARATIONS})
+
+function(cross_library)
+  foreach(target ${ARGN})
+    if(NOT TARGET ${target})
+      add_library(${target} INTERFACE IMPORTED GLOBAL)
+      target_include_directories(${target} SYSTEM INTERFACE ${CROSS_INCLUDES})
+    endif()
+  endforeach()
+endfunction()
+
+# What find_package() asks for, and the targets it then expects.
+set(CROSS_fmt fmt::fmt)
+set(CROSS_simdjson simdjson::simdjson)
+set(CROSS_nlohmann_json nlohmann_json::nlohmann_json)
+set(CROSS_ICU ICU::uc ICU::i18n ICU::data)
+set(CROSS_CURL CURL::libcurl)
+set(CROSS_OpenSSL OpenSSL::Crypto OpenSSL::SSL)
+
+macro(cross_find_package method package)
+  if(DEFINED CROSS_${package})
+    cross_library(${CROSS_${package}})
+    set(${package}_FOUND TRUE)
+  elseif("${package}" STREQUAL "PkgConfig")
+    set(PkgConfig_FOUND TRUE)
+    # pkg_check_modules(PLIST REQUIRED IMPORTED_TARGET libplist-2.0)
+    function(pkg_check_modules prefix)
+      cross_library(PkgConfig::${prefix})
+      set(${prefix}_FOUND TRUE PARENT_SCOPE)
+    endfunction()
+  endif()
+endmacro()
+cmake_language(SET_DEPENDENCY_PROVIDER cross_find_package SUPPORTED_METHODS FIND_PACKAGE)
