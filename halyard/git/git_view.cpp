@@ -1,23 +1,29 @@
 #include "halyard/git/git_view.hpp"
 
-#include "core/string_catalog.hpp"
-#include "halyard/terminal/colors.hpp"
+#include <string>
+
+#include "core/app_dependencies.hpp"
+#include "halyard/git/git_view_frame.hpp"
+#include "halyard/git/git_view_overlays.hpp"
+#include "halyard/git/git_view_state.hpp"
+#include "halyard/terminal/cursor.hpp"
 #include "halyard/terminal/output.hpp"
-#include "halyard/terminal/screen.hpp"
 
 namespace halyard {
 
-bool gitViewIsInNormalMode() { return true; }
+bool gitViewIsInNormalMode() { return GitView::state().mode == GitViewMode::normal; }
 
-void prepareGitView() {}
+void prepareGitView() { GitView::enterOnce(); }
 
 void drawGitView() {
-  printLine(boxLine(
-      "  " + std::string(localized("view_switch_option_git")) + ": " + std::string(localized("not_available_yet")),
-      Color::boldBlue));
-  printLine(std::string(Color::boldBlue) + "└" + repeated("─", Layout::frameWidth) + "┘" + std::string(Color::reset));
+  GitView::settleForDrawing();
+  GitViewState& view = GitView::state();
+  // A wide character counts as one column, so its row reached past the frame, where no later row writes.
+  if (view.drewWideCharacters) print(Cursor::eraseBelow);
+  const std::string frame = GitView::drawnFrame(view, AppDependencies::current().fileSystemClient->homeDirectoryPath());
+  const std::string overlay = GitView::drawnOverlay(view);
+  view.drewWideCharacters = GitView::holdsWideCharacters(frame) || GitView::holdsWideCharacters(overlay);
+  print(frame + overlay);
 }
-
-void handleGitKey(const RawKey&) {}
 
 }  // namespace halyard

@@ -260,7 +260,7 @@ bool handleGlobalKey(MainLoopState& state, const RawKey& key) {
 }
 
 void handleGitViewKey(MainLoopState& state, const RawKey& key) {
-  if (key.is("Q") || key.kind == Kind::ctrlC) {
+  if (gitViewIsInNormalMode() && (key.is("Q") || key.kind == Kind::ctrlC)) {
     state.quit();
   } else {
     handleGitKey(key);

@@ -1,6 +1,7 @@
 #include "halyard/shell/key_dispatch.hpp"
 
 #include "halyard/browser/directory_view.hpp"
+#include "halyard/git/git_view_state.hpp"
 #include "tests/support/shell_fixture.hpp"
 #include "tests/support/typed_input.hpp"
 
@@ -355,6 +356,20 @@ TEST_F(KeyDispatch, TheGitViewHandsItsKeysOnAndQuits) {
   EXPECT_EQ(actionsRun, 0);
   press("X");
   EXPECT_EQ(state.activeView, AppViewMode::halyard);
+}
+
+TEST_F(KeyDispatch, UnderABoxOfTheGitViewEveryKeyIsTheViews) {
+  state.activeView = AppViewMode::git;
+  press("c");
+  for (const auto* key : {"Q", " ", "X", "W"}) press(key);
+  press(Kind::ctrlC);
+  EXPECT_EQ(GitView::state().commitMessage, "Q XW");
+  EXPECT_EQ(quits, 0);
+  EXPECT_FALSE(state.viewSwitchOverlayOpen);
+  EXPECT_EQ(state.activeView, AppViewMode::git);
+  press(Kind::escape);
+  press("Q");
+  EXPECT_EQ(quits, 1);
 }
 
 TEST_F(KeyDispatch, CursorsComeBackIntoAMenuThatShrank) {

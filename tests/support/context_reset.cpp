@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include "core/string_catalog.hpp"
+#include "halyard/git/git_view_state.hpp"
 #include "halyard/terminal/dialogs.hpp"
 
 namespace halyard {
@@ -15,6 +16,7 @@ void resetEverything() {
   setCurrentLanguage("en");
   setLaunchedByHotkey(false);
   setSuppressBackPrompt(false);
+  GitView::state() = {};
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "core/app_context.hpp"
 #include "core/app_dependencies.hpp"
 #include "core/string_catalog.hpp"
+#include "halyard/git/git_view_state.hpp"
 #include "halyard/terminal/dialogs.hpp"
 #include "tests/support/in_memory_file_system.hpp"
 
@@ -44,6 +45,7 @@ class ShellTest : public testing::Test {
     setCurrentLanguage("en");
     setLaunchedByHotkey(false);
     setSuppressBackPrompt(false);
+    GitView::state() = {};
   }
   ~ShellTest() override {
     AppContext::shared().reset();
