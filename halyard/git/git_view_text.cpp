@@ -104,7 +104,7 @@ std::vector<std::string> wrappedRows(std::string_view text, int width, std::size
   std::vector<std::string> rows;
   const std::size_t end = text.find_last_not_of("\r\n");
   for (const std::string_view line : splitLines(text.substr(0, end == std::string_view::npos ? 0 : end + 1))) {
-    std::string safe = shownText(line, static_cast<std::size_t>(width) * limit);
+    std::string safe = shownText(line, static_cast<std::size_t>(width) * limit + 1);
     std::string_view rest = safe;
     do {
       if (rows.size() == limit) {
