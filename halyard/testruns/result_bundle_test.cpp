@@ -19,28 +19,20 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-constexpr std::string_view smallBundle = R"({"devices": [], "testPlanConfigurations": [], "testNodes": [
+constexpr std::string_view smallBundle = R"json({"devices": [], "testPlanConfigurations": [], "testNodes": [
   {"nodeType": "Test Plan", "name": "Harbor", "result": "Failed", "children": [
     {"nodeType": "Unit test bundle", "name": "HarborTests", "result": "Failed", "children": [
       {"nodeType": "Test Suite", "name": "PierTests", "result": "Failed", "children": [
-        {"nodeType": "Test Case", "name": "testFee()",
-                           "nodeIdentifier" : "PierTests/testFee()",
-                           "durationInSeconds" : 0.25,
-                           "duration" : "9s",
-                           "result" : "Passed"
-},
+        {"nodeType": "Test Case", "name": "testFee()", "nodeIdentifier": "PierTests/testFee()",
+         "durationInSeconds": 0.25, "duration": "9s", "result": "Passed"},
         {"nodeType": "Test Case", "name": "testToll()", "nodeIdentifier": "PierTests/testToll()", "duration": "1m 2s",
          "result": "Failed", "children": [
            {"nodeType": "Failure Message", "name": "PierTests.swift:7: XCTAssertEqual failed"},
            {"nodeType": "Device", "name": "iPhone", "children": [{"nodeType": "Failure Message", "name": "again"}]}]},
         {"nodeType": "Test Case", "name": "testLater()", "nodeIdentifier": "PierTests/testLater()", "result": "Skipped"}
-      ]
-},
+      ]},
       {"nodeType": "Test Case", "name": "A free fee", "nodeIdentifier": "freeFee()", "result": "Expected Failure"}
-    ]
-}]
-}]
-})";
+    ]}]}]})json";
 
 TEST(ResultBundle, GivesItsTestCasesWithTheirSurroundings) {
   const auto tests = readBundleTests(smallBundle);

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/text.hpp"
 #include "halyard/build/build_flow_testing.hpp"
 #include "halyard/build/xcodebuild_service.hpp"
 

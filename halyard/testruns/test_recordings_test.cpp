@@ -60,7 +60,7 @@ constexpr auto expectations = std::to_array<Expected>({
     {"xcode15-test-xctest-754-cases-succeeded.txt", 377, 0, 73, 0, 0, succeeded | session},
     {"xcode16-mixed-xctest-swift-testing-failed.txt", 17, 1, 2, 0, 0, build | session},
     {"xcode16-parallel-clones-swift-testing.txt", 17, 1, 0, 0, 0, build | session},
-    {"xcode16-swift-testing-parameterised-zero-width.txt", 8, 1, 2, 0, 0, build | session},
+    {"xcode16-swift-testing-parameterised-zero-width.txt", 8, 1, 1, 0, 0, build | session},
     {"xcpretty-specta-fail.txt", 921, 1, 0, 0, 0, none},
     {"xcsift-swift-testing-named-sfsymbols.txt", 23, 0, 5, 0, 0, none},
 });

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/app_context.hpp"
 #include "halyard/build/project_location.hpp"
 #include "tests/support/context_reset.hpp"
 
@@ -58,10 +59,13 @@ TEST(TestTargets, AnyTextIsTaken) {
 
 TEST(TestTargets, AreReadFromTheFileOfTheScheme) {
   ContextReset reset;
-  reset.runner.expect("find '.' -path '*/xcschemes/It'\\''s.xcscheme' 2>/dev/null | head -1", "/w/It's.xcscheme\n");
+  reset.files.addFolder("/w/Harbor.xcodeproj");
+  setSelectedProjectFilePath("/w/Harbor.xcodeproj");
+  detectProject();
+  reset.runner.expect("find '/w' -path '*/xcschemes/It'\\''s.xcscheme' 2>/dev/null | head -1", "/w/It's.xcscheme\n");
   reset.runner.expect("cat '/w/It'\\''s.xcscheme' 2>/dev/null", std::string(scheme));
   EXPECT_EQ(schemeTestTargets("It's").size(), 2U);
-  reset.runner.expect("find '.' -path '*/xcschemes/None.xcscheme' 2>/dev/null | head -1");
+  reset.runner.expect("find '/w' -path '*/xcschemes/None.xcscheme' 2>/dev/null | head -1");
   EXPECT_THAT(schemeTestTargets("None"), IsEmpty());
 }
 
