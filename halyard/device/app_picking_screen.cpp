@@ -96,6 +96,7 @@ std::optional<std::string> pickFromDevice(const PhysicalDeviceInfo& device) {
       return std::nullopt;
     }
     if (const auto index = chosenIndex(answer, apps.size())) return confirmedPick(apps[*index].bundleID);
+    printInvalidChoice(answer);
   }
 }
 
@@ -126,6 +127,8 @@ std::optional<std::string> pickAppFile() {
       if (chosen) return chosen;
     } else if (const auto index = chosenIndex(answer, files.size())) {
       return files[*index].path;
+    } else {
+      printInvalidChoice(answer);
     }
   }
 }
@@ -148,6 +151,7 @@ std::optional<std::string> pickInstalledApp(const PhysicalDeviceInfo& device) {
     const auto index = chosenIndex(answer, 2);
     if (index == 0U) return confirmedPick(selectedBundleID());
     if (index == 1U) return pickFromDevice(device);
+    printInvalidChoice(answer);
   }
 }
 

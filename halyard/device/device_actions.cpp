@@ -45,7 +45,8 @@ void printDevice(const PhysicalDeviceInfo& device) {
 }
 
 void listDevices() {
-  const std::vector<PhysicalDeviceInfo> devices = listPhysicalDevices();
+  const std::vector<PhysicalDeviceInfo> devices =
+      withSpinner(std::string(localized("phy_looking_for_devices")), listPhysicalDevices);
   if (devices.empty()) {
     printWarning(localized("no_physical_devices_detected"));
     printInfo(localized("phy_hint_connect_device"));

@@ -185,7 +185,8 @@ TEST_F(DeviceActions, NoMoreThanTwentyFilesAreOffered) {
   std::string many;
   for (int i = 0; i < 25; ++i) many += "/Users/demo/Desktop/" + std::to_string(i) + ".ipa\n";
   expectSearches(many);
-  EXPECT_THAT(shown("21\nx\n", installAppOnDevice), AllOf(HasSubstr("[20]"), Not(HasSubstr("[21]"))));
+  EXPECT_THAT(shown("21\nx\n", installAppOnDevice),
+              AllOf(HasSubstr("[20]"), Not(HasSubstr("[21]")), HasSubstr(text("invalid_selection"))));
 }
 
 TEST_F(DeviceActions, ADeclinedInstallInstallsNothing) {
@@ -246,6 +247,15 @@ TEST_F(DeviceActions, APickIsLeftWithXInOneStep) {
   setSelectedBundleID("com.a");
   expectReachable();
   EXPECT_THAT(shown("x\n", launchAppOnDevice), Not(HasSubstr("🔙")));
+}
+
+TEST_F(DeviceActions, ANumberWithoutAnAppIsSaidToBeNone) {
+  expectReachable();
+  expectApps(twoApps);
+  EXPECT_THAT(shown("3\nx\n", launchAppOnDevice), HasSubstr(text("invalid_selection")));
+  setSelectedBundleID("com.a");
+  expectReachable();
+  EXPECT_THAT(shown("3\nx\n", launchAppOnDevice), HasSubstr(text("invalid_selection")));
 }
 
 TEST_F(DeviceActions, WithoutAppsThereIsNothingToPick) {

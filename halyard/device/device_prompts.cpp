@@ -11,6 +11,7 @@
 #include "halyard/terminal/colors.hpp"
 #include "halyard/terminal/line_input.hpp"
 #include "halyard/terminal/output.hpp"
+#include "halyard/terminal/screen.hpp"
 
 namespace halyard {
 
@@ -30,6 +31,10 @@ std::optional<std::size_t> chosenIndex(std::string_view answer, std::size_t rowC
 }
 
 bool isLeaving(std::string_view answer) { return answer == "x" || answer == "q" || answer == "0"; }
+
+void printInvalidChoice(std::string_view answer) {
+  if (!answer.empty() && !answer.starts_with("__redraw")) printError(localized("invalid_selection"));
+}
 
 std::string readLetter() {
   print(fmt::format("  {}▶{} {}{}{} {}[RETURN]{} ", Color::boldBlue, Color::reset, Color::bold, localized("choice"),

@@ -14,6 +14,7 @@
 #include "halyard/device/device_list.hpp"
 #include "halyard/device/device_names.hpp"
 #include "halyard/device/device_prompts.hpp"
+#include "halyard/exec/with_spinner.hpp"
 #include "halyard/terminal/colors.hpp"
 #include "halyard/terminal/dialogs.hpp"
 #include "halyard/terminal/output.hpp"
@@ -34,6 +35,11 @@ constexpr int osWidth = 14;
 constexpr std::array<std::string_view, 4> stateHints = {"", "phy_state_hint_disconnected", "phy_state_hint_paired",
                                                         "phy_state_hint_unknown"};
 static_assert(static_cast<std::size_t>(State::unknown) + 1 == stateHints.size());
+
+/// The tool takes its time over a list.
+Devices listBehindSpinner() {
+  return withSpinner(std::string(localized("phy_looking_for_devices")), listPhysicalDevices);
+}
 
 std::string deviceRow(const PhysicalDeviceInfo& device) {
   const std::string_view color = device.state == State::connected ? Color::boldGreen : Color::dim;
@@ -75,7 +81,7 @@ DevicePick clearSelection() {
 
 /// The device as the list has it now, else as it is stored. What was refreshed is stored.
 PhysicalDeviceInfo refreshed(PhysicalDeviceInfo device) {
-  const Devices devices = listPhysicalDevices();
+  const Devices devices = listBehindSpinner();
   const auto found = std::ranges::find(devices, device.udid, &PhysicalDeviceInfo::udid);
   if (found == devices.end()) return device;
   setSelectedPhysicalDevice(*found);
@@ -116,7 +122,7 @@ bool askWhetherToGoOn(PhysicalDeviceInfo device) {
 
 DevicePick pickPhysicalDevice(bool clearFirst) {
   printActionHeader(localized("select_physical_device"), localized("select_physical_device_description"), clearFirst);
-  const Devices devices = listPhysicalDevices();
+  const Devices devices = listBehindSpinner();
   if (devices.empty()) {
     printWarning(localized("no_physical_devices_detected"));
     printInfo(localized("phy_hint_connect_device"));
@@ -128,6 +134,7 @@ DevicePick pickPhysicalDevice(bool clearFirst) {
     if (isLeaving(answer)) return DevicePick::left;
     if (answer == "-") return clearSelection();
     if (const auto index = chosenIndex(answer, devices.size())) return storePick(devices[*index]);
+    printInvalidChoice(answer);
   }
 }
 

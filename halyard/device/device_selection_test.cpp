@@ -1,5 +1,8 @@
 #include "halyard/device/device_selection.hpp"
 
+#include <chrono>
+#include <thread>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -166,7 +169,8 @@ TEST_F(DeviceSelection, NoDeviceIsNotReachable) {
 TEST_F(DeviceSelection, AConnectedDeviceIsReachableWithoutAWord) {
   select("Ada");
   expectList(device("Ada", "connected"));
-  EXPECT_EQ(shown("", [] { EXPECT_TRUE(ensureDeviceReachable()); }), "");
+  EXPECT_THAT(shown("", [] { EXPECT_TRUE(ensureDeviceReachable()); }),
+              AllOf(Not(HasSubstr("reachable")), Not(HasSubstr("[R]"))));
 }
 
 TEST_F(DeviceSelection, EachOtherStateHasItsHint) {
@@ -207,6 +211,25 @@ TEST_F(DeviceSelection, AnotherAnswerAsksAgainAndTheEndOfInputLeaves) {
   expectList("");
   const std::string screen = shown("z\n", [] { EXPECT_FALSE(ensureDeviceReachable()); });
   EXPECT_NE(screen.find("[R]"), screen.rfind("[R]"));
+}
+
+TEST_F(DeviceSelection, ANumberWithoutARowIsSaidToBeNone) {
+  expectList(device("Ada", "connected"));
+  EXPECT_THAT(shown("7\nx\n", [] { pickPhysicalDevice(); }), HasSubstr(localized("invalid_selection")));
+  expectList(device("Ada", "connected"));
+  EXPECT_THAT(shown("\nx\n", [] { pickPhysicalDevice(); }), Not(HasSubstr(localized("invalid_selection"))));
+}
+
+TEST_F(DeviceSelection, TheListIsReadBehindASpinner) {
+  const CapturedOutput output;
+  const TypedInput input("x\n");
+  const auto spinnerTurns = [&] { return output.text().find("Looking for physical devices …") != std::string::npos; };
+  expectList(device("Ada", "connected"));
+  reset.runner.whenCalled([&] {
+    for (int i = 0; i < 500 && !spinnerTurns(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  });
+  pickPhysicalDevice();
+  EXPECT_TRUE(spinnerTurns());
 }
 
 struct DeviceLaunching : DeviceSelection {

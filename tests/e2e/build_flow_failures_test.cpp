@@ -1,5 +1,7 @@
 // What goes wrong behind the cleaning of the flows that clean first, in the build alone, and in a launch without a
 // build, on each kind of target. A bundle identifier of another app is stored: no flow may take it for the app's own.
+#include <cstddef>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -149,6 +151,31 @@ TEST(FailedBuild, ACleanThatFailsSaysSo) {
     session.expectShows("xcodebuild clean failed.");
     session.expectShowsNot("completed.");
     EXPECT_THAT(callsOfFlow(session, kind), ElementsAreArray(together(checkingTarget(kind), cleaning)));
+    leave(session);
+  }
+}
+
+TEST(FailedBuild, AHostileSchemeStaysOneWordAndHarmless) {
+  const std::string hostile = "It's $(touch pwned) `touch pwned`; touch pwned \x1b[2J & \"quoted\"";
+  for (const Start& flow : {quickReset, fullReset, buildOnly, cleanBuild}) {
+    SessionOptions options = buildOptions(DemoTarget::simulator);
+    options.preferences["scheme"] = hostile;
+    TerminalSession session(options);
+    ASSERT_TRUE(start(session, flow));
+    ASSERT_TRUE(waitForEnd(session, back));
+    session.expectShows(flow.name == cleanBuild.name ? "xcodebuild clean failed." : "Build Timeline — ");
+    EXPECT_FALSE(std::filesystem::exists(session.inHome("Harbor/pwned")));
+    std::size_t schemes = 0;
+    for (const JournalEntry& entry : session.journal()) {
+      const auto& words = entry.arguments;
+      for (std::size_t i = 0; i + 1 < words.size(); ++i) {
+        if (words[i] != "-scheme") continue;
+        EXPECT_EQ(words[i + 1], hostile);
+        ++schemes;
+      }
+    }
+    EXPECT_GT(schemes, 0U);
+    EXPECT_EQ(session.rawOutput().find("pwned \x1b[2J"), std::string::npos) << "the terminal doesn't get to see it";
     leave(session);
   }
 }
