@@ -155,6 +155,60 @@ TEST(FailedBuild, ACleanThatFailsSaysSo) {
   }
 }
 
+// A device that the tool doesn't list is asked about before the install.
+
+struct Unreachable {
+  Start start;
+  Calls calls;  ///< up to the install
+};
+
+class UnreachableDevice : public testing::Test {
+ protected:
+  static SessionOptions unlisted() {
+    SessionOptions options = buildOptions(DemoTarget::device);
+    options.rows = 110;
+    addAnswers(options, answer("xcrun devicectl list devices", "", 0));
+    return options;
+  }
+  const Calls listing = {"xcrun devicectl list devices --json-output -"};
+  const std::vector<Unreachable> flows = {
+      {buildAndRun, together(building(device), identifying(device))},
+      {quickReset, together(building(device), identifying(device))},
+      {fullReset, together(resolving, building(device), identifying(device))},
+  };
+};
+
+TEST_F(UnreachableDevice, GivenUpAfterARetryEndsTheFlowWithItsReport) {
+  for (const Unreachable& flow : flows) {
+    TerminalSession session(unlisted());
+    ASSERT_TRUE(start(session, flow.start));
+    ASSERT_TRUE(waitForEnd(session, "[R] Retry connection check"));
+    session.expectShows("is currently not reachable.");
+    session.send({"r", Key::enter});
+    ASSERT_TRUE(waitForEnd(session, "Device is still not reachable."));
+    session.send({"x", Key::enter});
+    ASSERT_TRUE(waitForEnd(session, back));
+    EXPECT_EQ(lastBox(session.rawOutput()), "▶ Launch ✗");
+    session.expectShowsNot("could not be installed");
+    EXPECT_THAT(callsOfFlow(session, device), ElementsAreArray(together(flow.calls, listing, listing)));
+    leave(session);
+  }
+}
+
+TEST_F(UnreachableDevice, TriedNeverthelessItMayStillAnswer) {
+  for (const Unreachable& flow : flows) {
+    TerminalSession session(unlisted());
+    ASSERT_TRUE(start(session, flow.start));
+    ASSERT_TRUE(waitForEnd(session, "[C] Continue anyway"));
+    session.send({"C", Key::enter});
+    ASSERT_TRUE(waitForEnd(session, back));
+    session.expectShows("App running! Bundle ID: com.example.harbor");
+    EXPECT_THAT(callsOfFlow(session, device),
+                ElementsAreArray(together(flow.calls, installing(device), starting(device))));
+    leave(session);
+  }
+}
+
 TEST(FailedBuild, AHostileSchemeStaysOneWordAndHarmless) {
   const std::string hostile = "It's $(touch pwned) `touch pwned`; touch pwned \x1b[2J & \"quoted\"";
   for (const Start& flow : {quickReset, fullReset, buildOnly, cleanBuild}) {
