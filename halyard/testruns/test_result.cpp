@@ -61,6 +61,14 @@ std::string shownMessage(std::string_view message) {
   return shortened(shownToolText(line), longestMessage);
 }
 
+/// Without the "-[Module.Suite test] : " that XCTest puts before its messages: the line above says that already.
+std::string_view withoutTestName(std::string_view message) {
+  constexpr std::string_view nameEnd = "] : ";
+  if (!message.starts_with("-[")) return message;
+  const std::size_t end = message.find(nameEnd);
+  return end == std::string_view::npos ? message : message.substr(end + nameEnd.size());
+}
+
 std::string heading(std::string_view title) {
   const int rest = Layout::contentWidth - visibleWidth(title);
   return fmt::format("\n{}── {} {}{}\n", Color::blue, title, repeated("─", rest), Color::reset);
@@ -97,7 +105,7 @@ void addFailedTest(std::string& drawn, const FailedTest& test) {
   add(drawn, "      {}✗{} {}  {}({:.3f} s){}\n", Color::red, Color::reset, shownName(test.name), Color::dim,
       test.duration, Color::reset);
   if (test.errors.empty()) return;
-  add(drawn, "        {}{}{}\n", Color::red, shownMessage(test.errors.front()), Color::reset);
+  add(drawn, "        {}{}{}\n", Color::red, shownMessage(withoutTestName(test.errors.front())), Color::reset);
 }
 
 void addFailedSuites(std::string& drawn, const std::vector<Suite>& suites) {

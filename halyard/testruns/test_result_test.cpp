@@ -71,6 +71,12 @@ TEST_F(TestResult, ATestWithoutASuiteStandsUnderADash) {
   EXPECT_THAT(block({.failed = {{"", "alone()"}}}), HasSubstr("    —  1 Failed\n      ✗ alone()"));
 }
 
+TEST_F(TestResult, AMessageIsShownWithoutTheTestsNameBeforeIt) {
+  EXPECT_THAT(block({.failed = {{"S", "t", 0, {"-[M.S t] : XCTAssertTrue failed - a] : b"}}}}),
+              HasSubstr("\n        XCTAssertTrue failed - a] : b\n"));
+  EXPECT_THAT(block({.failed = {{"S", "t", 0, {"-[M.S t]"}}}}), HasSubstr("\n        -[M.S t]\n"));
+}
+
 TEST_F(TestResult, HostileNamesObeyNothing) {
   const std::string hostile = "a\x1b[2J \"q\" [b] passed after 1\x07\n🌊\xff";
   const TestRunData data{.failed = {{hostile, hostile, 0, {hostile}}}, .errorCount = 1, .errorLines = {hostile}};
