@@ -4,6 +4,7 @@ import glob
 import os
 import re
 
+# In a line whose texts were emptied.
 TYPE = re.compile(r"^(\s*)(?:\w+\s+|@\w+(?:\([^)]*\))?\s+)*(class|struct|actor|enum|extension)\s+(\w+)(.*)")
 FUNCTION = re.compile(r"\bfunc\s+(\w+|`[^`]+`)\s*\(([^)]*)\)")
 ATTRIBUTE = re.compile(r"@(Suite|Test)\b(.*)")
@@ -74,7 +75,7 @@ class Reader:
         return self.result
 
     def take_type(self, line):
-        match = TYPE.match(line)
+        match = TYPE.match(LITERAL.sub('""', line))
         if not match:
             return False
         indentation = len(match.group(1))

@@ -143,7 +143,7 @@ class AChoiceOfTests(TestsTest):
 class TestsFromFiles(TestsTest):
     def test_a_new_file_adds_its_tests(self):
         self.add_tests("PierTests.swift", '''
-@Suite("Pier \\"east\\"") struct PierTests {
+@Suite("Pier (f) \\"east\\"") struct PierTests {
     @Test("is dry after \\u{1F30A}") func isDry() {}
     @Suite struct Planks {
         @Test func areSound() {}
@@ -152,7 +152,7 @@ class TestsFromFiles(TestsTest):
 @Test func standsAlone() {}
 ''')
         lines = self.lines("-only-testing:HarborTests")
-        self.assert_lines(lines, '◇ Suite "Pier \\"east\\"" started.', '✔ Test "is dry after 🌊" passed after ',
+        self.assert_lines(lines, '◇ Suite "Pier (f) \\"east\\"" started.', '✔ Test "is dry after 🌊" passed after ',
                           "◇ Suite Planks started.", "✔ Test areSound() passed after ", "✔ Test standsAlone() passed after ")
         self.assertIn("✔ Test areSound() passed", "\n".join(self.lines("-only-testing:HarborTests/PierTests/Planks/areSound()")))
 

@@ -1,12 +1,14 @@
 #include "halyard/testruns/post_test_menu.hpp"
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include "core/app_context.hpp"
 #include "core/string_catalog.hpp"
@@ -173,14 +175,12 @@ constexpr Option options[] = {
     {"i", "post_test_retry_failed", hasFailedTests, retryFailed},
 };
 
+/// Columns to draw in; output that isn't a terminal has any number.
+int drawingColumns() { return isatty(STDOUT_FILENO) != 0 ? terminalColumns() : std::numeric_limits<int>::max(); }
+
 void printOptions(const FinishedTestRun& run) {
-  std::string line = "\n  ";
-  for (const Option& option : options) {
-    if (!option.isShown(run)) continue;
-    if (line.size() > 3) line += "   ";
-    line += fmt::format("{}[{}]{} {}", Color::boldBlue, option.key, Color::reset, localized(option.labelKey));
-  }
-  printLine(line);
+  printLine();
+  print(drawPostTestOptions(run, drawingColumns()));
   flushOutput();
 }
 
@@ -195,6 +195,22 @@ const Option* readOption(const FinishedTestRun& run) {
 }
 
 }  // namespace
+
+std::string drawPostTestOptions(const FinishedTestRun& run, int columns) {
+  constexpr std::string_view indent = "  ";
+  constexpr std::string_view gap = "   ";
+  std::string drawn;
+  std::string line;
+  for (const Option& option : options) {
+    if (!option.isShown(run)) continue;
+    const std::string text =
+        fmt::format("{}[{}]{} {}", Color::boldBlue, option.key, Color::reset, localized(option.labelKey));
+    const int width = visibleWidth(line) + static_cast<int>(gap.size()) + visibleWidth(text);
+    if (!line.empty() && width > columns) drawn += std::exchange(line, {}) + "\n";
+    line.append(line.empty() ? indent : gap).append(text);
+  }
+  return drawn + line + "\n";
+}
 
 void postTestMenu(FinishedTestRun run) {
   printOutcome(run.data);

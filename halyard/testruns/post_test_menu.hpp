@@ -22,4 +22,7 @@ struct FinishedTestRun {
 /// Runs again by runTestPhase(), in timelines of its own.
 void postTestMenu(FinishedTestRun run);
 
+/// The keys that are offered after a run, and what they do: one line, or several where it is wider than the terminal.
+std::string drawPostTestOptions(const FinishedTestRun& run, int columns);
+
 }  // namespace halyard

@@ -119,6 +119,15 @@ TEST_F(PostTestMenu, ShowsResultBannerAndOptionsUntilX) {
   EXPECT_LT(banner, text.find(allOptions));
 }
 
+TEST_F(PostTestMenu, TheOptionsAreOneLineUnlessTheTerminalIsNarrow) {
+  const FinishedTestRun run{.data = failedRun(), .request = {}, .title = {}, .description = {}};
+  EXPECT_EQ("\n" + stripAnsi(drawPostTestOptions(run, 95)), allOptions);
+  EXPECT_EQ(stripAnsi(drawPostTestOptions(run, 94)),
+            "  [x] to menu   [c] Coverage Tree   [w] other simulator   [+] repeat all\n  [i] retry failed only\n");
+  EXPECT_EQ(stripAnsi(drawPostTestOptions(run, 1)),
+            "  [x] to menu\n  [c] Coverage Tree\n  [w] other simulator\n  [+] repeat all\n  [i] retry failed only\n");
+}
+
 TEST_F(PostTestMenu, AnUnknownKeyDoesNothing) { EXPECT_EQ(after(failedRun(), "zq\r 1\tx"), after(failedRun(), "x")); }
 
 TEST_F(PostTestMenu, TheEndOfInputLeaves) { EXPECT_THAT(after(failedRun(), ""), HasSubstr(allOptions)); }
