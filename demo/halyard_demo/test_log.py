@@ -119,7 +119,7 @@ def screen_steps():
 # Swift Testing
 
 def quoted(text):
-    return '"' + text.replace("\\", "\\\\").replace('"', '\\"') + '"'
+    return '"' + text + '"'  # as it is, also where it holds quotes
 
 
 def shown(test):

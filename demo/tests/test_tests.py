@@ -152,7 +152,7 @@ class TestsFromFiles(TestsTest):
 @Test func standsAlone() {}
 ''')
         lines = self.lines("-only-testing:HarborTests")
-        self.assert_lines(lines, '◇ Suite "Pier (f) \\"east\\"" started.', '✔ Test "is dry after 🌊" passed after ',
+        self.assert_lines(lines, '◇ Suite "Pier (f) "east"" started.', '✔ Test "is dry after 🌊" passed after ',
                           "◇ Suite Planks started.", "✔ Test areSound() passed after ", "✔ Test standsAlone() passed after ")
         self.assertIn("✔ Test areSound() passed", "\n".join(self.lines("-only-testing:HarborTests/PierTests/Planks/areSound()")))
 

@@ -121,8 +121,9 @@ TEST_F(PostTestMenu, ShowsResultBannerAndOptionsUntilX) {
 
 TEST_F(PostTestMenu, TheOptionsAreOneLineUnlessTheTerminalIsNarrow) {
   const FinishedTestRun run{.data = failedRun(), .request = {}, .title = {}, .description = {}};
-  EXPECT_EQ("\n" + stripAnsi(drawPostTestOptions(run, 95)), allOptions);
-  EXPECT_EQ(stripAnsi(drawPostTestOptions(run, 94)),
+  const int width = visibleWidth(allOptions) - 2;  // line feeds
+  EXPECT_EQ("\n" + stripAnsi(drawPostTestOptions(run, width)), allOptions);
+  EXPECT_EQ(stripAnsi(drawPostTestOptions(run, width - 1)),
             "  [x] to menu   [c] Coverage Tree   [w] other simulator   [+] repeat all\n  [i] retry failed only\n");
   EXPECT_EQ(stripAnsi(drawPostTestOptions(run, 1)),
             "  [x] to menu\n  [c] Coverage Tree\n  [w] other simulator\n  [+] repeat all\n  [i] retry failed only\n");

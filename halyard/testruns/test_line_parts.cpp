@@ -187,7 +187,8 @@ double parseDuration(std::string_view line) {
 }
 
 std::optional<SwiftTestLine> readSwiftTestResult(std::string_view rest) {
-  if (isNoTest(rest)) return std::nullopt;
+  // A name may hold a verdict's words, so also the line of its beginning does.
+  if (isNoTest(rest) || rest.ends_with(" started.")) return std::nullopt;
   const auto after = readAfterVerdict(rest);
   if (!after || isRemark(after->name)) return readFailedRemark(rest);
   const std::string_view name = withoutQuotes(withoutCases(after->name));

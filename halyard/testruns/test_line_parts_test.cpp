@@ -122,6 +122,7 @@ TEST(SwiftResult, OtherLinesAreNone) {
            "run with 0 tests in 0 suites passed after 0.001 seconds.",
            R"(case passing 1 argument x → "a" to fee(of:) passed after 0.1 seconds.)",
            "fee() started.",
+           R"("it passed after 3 seconds" started.)",
            R"(fee() skipped: "it passed after 3 seconds")",
            R"("A fee" skipped: "it passed after 3 seconds")",
            "fee() recorded an issue at F.swift:1:2: it failed after 3 seconds",
