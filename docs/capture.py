@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Puts pictures of the running program into README.md: capture.py [PROGRAM]. Needs tmux; uses the demo environment."""
+"""Puts pictures of the running program into README.md: capture.py [PROGRAM [NAME…]]. Needs tmux; uses the demo environment."""
 import os
 import re
 import subprocess
@@ -54,6 +54,18 @@ def build_and_run():
     return re.sub(r"/tmp/halyard-demo-\w+/home", "~", re.sub(r"(\S+)\n(\S+\.app)$", r"\1\2", screen, flags=re.M))
 
 
+def directories():
+    """The help says more than the few files of the sample app."""
+    menu()
+    keys("W")
+    wait_for("Harbor.xcodeproj")
+    keys("h")
+    return wait_for("Press any key")
+
+
+SCENES = {"menu": (36, menu), "build": (46, build_and_run), "directories": (36, directories)}
+
+
 def capture(program, rows, scene):
     tmux("new-session", "-d", "-x", "130", "-y", str(rows), "%s %s" % (os.path.join(ROOT, "demo", "run"), program))
     try:
@@ -77,8 +89,8 @@ def main():
     path = os.path.join(ROOT, "README.md")
     with open(path, encoding="utf-8") as file:
         text = file.read()
-    text = replace(text, "menu", capture(program, 36, menu))
-    text = replace(text, "build", capture(program, 46, build_and_run))
+    for name in sys.argv[2:] or SCENES:
+        text = replace(text, name, capture(program, *SCENES[name]))
     with open(path, "w", encoding="utf-8") as file:
         file.write(text)
 
