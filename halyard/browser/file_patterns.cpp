@@ -5,13 +5,9 @@
 #include <cstring>
 
 #include <fnmatch.h>
-#include <locale.h>  // NOLINT(modernize-deprecated-headers): newlocale(3) and uselocale(3) are POSIX
 
 #include "core/text.hpp"
-
-#ifdef __APPLE__
-#include <xlocale.h>
-#endif
+#include "halyard/platform/utf8_locale.hpp"
 
 namespace halyard {
 
@@ -29,23 +25,10 @@ bool isAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char each) { return static_cast<signed char>(each) >= 0; });
 }
 
-/// One that reads bytes as UTF-8, made once; null where the system has none.
-locale_t utf8Locale() {
-  static const locale_t locale = [] {
-    for (const char* name : {"C.UTF-8", "UTF-8", "en_US.UTF-8"}) {
-      if (const locale_t made = newlocale(LC_CTYPE_MASK, name, nullptr)) return made;
-    }
-    return locale_t{};
-  }();
-  return locale;
-}
-
 /// fnmatch(3) goes by the locale of its thread.
 bool matchesBySystem(const char* pattern, const char* name) {
-  const locale_t before = utf8Locale() ? uselocale(utf8Locale()) : locale_t{};
-  const bool isMatch = fnmatch(pattern, name, FNM_CASEFOLD) == 0;
-  if (before) uselocale(before);
-  return isMatch;
+  const Utf8LocaleScope scope;
+  return fnmatch(pattern, name, FNM_CASEFOLD) == 0;
 }
 
 /// Whether the piece, in which "?" stands for any character, is what the name holds at this place.

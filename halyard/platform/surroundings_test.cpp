@@ -7,6 +7,7 @@
 #include "halyard/platform/home_directory.hpp"
 #include "halyard/platform/program_path.hpp"
 #include "halyard/platform/user_defaults.hpp"
+#include "halyard/platform/utf8_locale.hpp"
 
 namespace halyard {
 namespace {
@@ -33,6 +34,15 @@ TEST(ProgramPath, IsTheExecutableFileThatRuns) {
   EXPECT_TRUE(std::filesystem::path(*path).is_absolute());
   EXPECT_TRUE(std::filesystem::is_regular_file(*path));
   EXPECT_TRUE(path->ends_with("platform_tests"));
+}
+
+TEST(Utf8LocaleScope, TakesTwoBytesForOneCharacterUntilItsEnd) {
+  const auto before = MB_CUR_MAX;
+  {
+    const Utf8LocaleScope scope;
+    EXPECT_EQ(std::mblen("ü", 2), 2);
+  }
+  EXPECT_EQ(MB_CUR_MAX, before);
 }
 
 TEST(HomeDirectory, IsThatOfTheEnvironmentElseThatOfTheUser) {

@@ -10,6 +10,7 @@ import sys
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import includes  # noqa: E402
+import systems  # noqa: E402
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 # Of the tree that Clang builds: the other compiler's options mean nothing to clang-tidy.
@@ -106,6 +107,7 @@ def main():
     checks = [
         ("format", lambda: check_format(sources)),
         ("includes", lambda: includes.check(ROOT, sources)),
+        ("systems", lambda: systems.check(ROOT, sources)),
         ("escape sequences", lambda: check_escapes(sources)),
         ("sizes", lambda: check_sizes(sources)),
         ("catalog", check_catalog),
