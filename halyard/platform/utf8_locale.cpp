@@ -1,5 +1,7 @@
 #include "halyard/platform/utf8_locale.hpp"
 
+#include <initializer_list>
+
 #include <locale.h>  // NOLINT(modernize-deprecated-headers): newlocale(3) and uselocale(3) are POSIX
 #if __has_include(<xlocale.h>)
 #include <xlocale.h>  // where a Mac declares them
