@@ -3,7 +3,7 @@
 for halyard_demo_path in \
   /usr/bin/codesign /usr/bin/defaults /usr/bin/hdiutil /usr/bin/lipo /usr/bin/open /usr/bin/osascript /usr/bin/plutil \
   /usr/bin/pbcopy /usr/bin/security /usr/bin/sw_vers /usr/bin/mdfind /usr/bin/swift /usr/bin/xcode-select \
-  /usr/bin/xcodebuild /usr/bin/xcrun /usr/libexec/PlistBuddy
+  /usr/bin/xcodebuild /usr/bin/xcrun /usr/libexec/PlistBuddy /usr/bin/killall /usr/bin/stat /usr/bin/xargs /usr/bin/zip
 do
   # Only what the demo has; for the rest the path means what it says.
   if [ -e "${HALYARD_DEMO_ROOT:?}/bin/${halyard_demo_path##*/}" ]; then

@@ -19,8 +19,9 @@ std::optional<std::string> systemGlobalUserDefault(std::string_view key) {
   const Owned<CFStringRef> name = coreFoundationText(key);
   if (name == nullptr) return std::nullopt;
   // The program lives long and the user may change the look meanwhile: without this the first answer would stay.
-  CFPreferencesAppSynchronize(kCFPreferencesAnyApplication);
-  const Owned<CFPropertyListRef> value(CFPreferencesCopyAppValue(name.get(), kCFPreferencesAnyApplication));
+  CFPreferencesSynchronize(kCFPreferencesAnyApplication, kCFPreferencesCurrentUser, kCFPreferencesAnyHost);
+  const Owned<CFPropertyListRef> value(CFPreferencesCopyValue(name.get(), kCFPreferencesAnyApplication,
+                                                              kCFPreferencesCurrentUser, kCFPreferencesAnyHost));
   if (value == nullptr || CFGetTypeID(value.get()) != CFStringGetTypeID()) return std::nullopt;
   return utf8Text(static_cast<CFStringRef>(value.get()));
 }

@@ -27,6 +27,8 @@ constexpr CFStringEncoding kCFStringEncodingUTF8 = 0x08000100;
 extern const CFAllocatorRef kCFAllocatorDefault;
 extern const CFBooleanRef kCFBooleanTrue;
 extern const CFStringRef kCFPreferencesAnyApplication;
+extern const CFStringRef kCFPreferencesAnyHost;
+extern const CFStringRef kCFPreferencesCurrentUser;
 
 CFTypeID CFGetTypeID(CFTypeRef object);
 void CFRelease(CFTypeRef object);
@@ -66,7 +68,7 @@ CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef allocator, CFInd
                                                  const CFDictionaryValueCallBacks* values);
 void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key, const void* value);
 
-CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef application);
-Boolean CFPreferencesAppSynchronize(CFStringRef application);
+CFPropertyListRef CFPreferencesCopyValue(CFStringRef key, CFStringRef application, CFStringRef user, CFStringRef host);
+Boolean CFPreferencesSynchronize(CFStringRef application, CFStringRef user, CFStringRef host);
 
 }  // extern "C"
