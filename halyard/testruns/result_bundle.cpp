@@ -157,8 +157,12 @@ class BundleWalk {
   std::vector<std::size_t> parents_;
 };
 
-SuiteResult& resultOfSuite(TestRunData& data, const std::string& suite) {
-  if (data.suiteResults.empty() || data.suiteResults.back().name != suite) data.suiteResults.push_back({.name = suite});
+/// The tests of a suite follow one another.
+SuiteResult& resultOfSuite(TestRunData& data, const BundleTest& test) {
+  if (data.suiteResults.empty() || data.suiteResults.back().name != test.suite) {
+    data.suiteResults.push_back({.name = test.suite});
+    if (!test.target.empty()) data.testTargetMap.emplace(test.suite, test.target);
+  }
   return data.suiteResults.back();
 }
 
@@ -177,18 +181,21 @@ std::vector<BundleTest> readBundleTests(std::string_view json) {
   return BundleWalk(roots).walk();
 }
 
-void addBundleTests(const std::vector<BundleTest>& tests, TestRunData& data) {
-  for (const BundleTest& test : tests) {
+void addBundleTests(std::vector<BundleTest> tests, TestRunData& data) {
+  for (BundleTest& test : tests) {
     const bool hasFailed =
         test.result == BundleResult::failed || (test.result == BundleResult::unknown && !test.errors.empty());
     if (!hasFailed && test.result != BundleResult::passed) continue;
-    SuiteResult& suite = resultOfSuite(data, test.suite);
+    SuiteResult& suite = resultOfSuite(data, test);
     ++(hasFailed ? suite.failed : suite.passed);
-    if (!test.target.empty()) data.testTargetMap.emplace(test.suite, test.target);
     if (hasFailed) {
-      data.failed.push_back({.suite = test.suite, .name = test.name, .duration = test.duration, .errors = test.errors});
+      data.failed.push_back({.suite = std::move(test.suite),
+                             .name = std::move(test.name),
+                             .duration = test.duration,
+                             .errors = std::move(test.errors)});
     } else {
-      data.passed.push_back({.suite = test.suite, .name = test.name, .duration = test.duration});
+      data.passed.push_back(
+          {.suite = std::move(test.suite), .name = std::move(test.name), .duration = test.duration});
     }
   }
 }

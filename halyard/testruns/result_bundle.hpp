@@ -31,7 +31,7 @@ struct BundleTest {
 std::vector<BundleTest> readBundleTests(std::string_view json);
 
 /// Puts passed and failed tests into the record, with one result per suite and the suites' targets.
-void addBundleTests(const std::vector<BundleTest>& tests, TestRunData& data);
+void addBundleTests(std::vector<BundleTest> tests, TestRunData& data);
 
 /// The newest bundle of the project's own build folder, in sort order; empty without one.
 std::string newestResultBundle();

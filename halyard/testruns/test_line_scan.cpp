@@ -10,7 +10,10 @@ namespace {
 constexpr char lowered(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 
 bool equalsIgnoringCase(std::string_view text, std::string_view words) {
-  return std::ranges::equal(text, words, {}, lowered);
+  for (std::size_t at = 0; at < words.size(); ++at) {
+    if (lowered(text[at]) != words[at]) return false;
+  }
+  return true;
 }
 
 /// The bytes at which a mark can be told; each is rare in the output of a build.
@@ -73,16 +76,19 @@ LineMarks scanTestLine(std::string_view line) {
 }
 
 std::size_t findLastIgnoringCase(std::string_view line, std::string_view words, std::size_t from) {
-  if (line.size() < words.size()) return std::string_view::npos;
-  for (std::size_t at = std::min(from, line.size() - words.size()) + 1; at-- > 0;) {
-    if (equalsIgnoringCase(line.substr(at, words.size()), words)) return at;
+  const std::size_t end = std::min(from, line.size()) + words.size();
+  for (std::size_t quote = std::min(end, line.size()); quote-- > 0;) {
+    if (line[quote] == words.back() && endsAt(line, quote + 1, words)) return quote + 1 - words.size();
   }
   return std::string_view::npos;
 }
 
 std::size_t findIgnoringCase(std::string_view line, std::string_view words) {
-  const auto found = std::ranges::search(line, words, {}, lowered);
-  return found.empty() ? std::string_view::npos : static_cast<std::size_t>(found.begin() - line.begin());
+  for (std::size_t quote = line.find(words.back()); quote != std::string_view::npos;
+       quote = line.find(words.back(), quote + 1)) {
+    if (endsAt(line, quote + 1, words)) return quote + 1 - words.size();
+  }
+  return std::string_view::npos;
 }
 
 }  // namespace halyard
