@@ -24,14 +24,22 @@ def scheme_file(build):
     return None
 
 
+def plan_paths(scheme):
+    """The paths of the scheme's plans, the default one first."""
+    references = [] if scheme is None else scheme.findall("./TestAction/TestPlans/TestPlanReference")
+    references.sort(key=lambda reference: reference.get("default") != "YES")
+    return [reference.get("reference", "").partition(":")[2] for reference in references]
+
+
+def plan_name(path):
+    return os.path.basename(path)[: -len(".xctestplan")]
+
+
 def plan_of(build, scheme):
     """Name and content of the plan that is asked for, else of the scheme's default one; (None, None) without."""
     wanted = build.invocation.options.get("-testPlan")
-    references = [] if scheme is None else scheme.findall("./TestAction/TestPlans/TestPlanReference")
-    references.sort(key=lambda reference: reference.get("default") != "YES")
-    for reference in references:
-        path = reference.get("reference", "").partition(":")[2]
-        name = os.path.basename(path)[: -len(".xctestplan")]
+    for path in plan_paths(scheme):
+        name = plan_name(path)
         if wanted in (None, name):
             with open(os.path.join(build.folder, path), encoding="utf-8") as file:
                 return name, json.load(file)
@@ -49,12 +57,16 @@ def targets_of(build, scheme, plan):
 
 
 class Choice:
-    """`targets` are those of scheme or plan, `tests` what is to run."""
+    """`targets` are those of scheme or plan, `tests` what is to run, `built_plans` those that a build is for: all of the
+    scheme where none is asked for."""
 
     def __init__(self, build):
         scheme = scheme_file(build)
         self.plan, content = plan_of(build, scheme)
         self.targets = targets_of(build, scheme, content)
+        self.built_plans = [plan_name(path) for path in plan_paths(scheme)]
+        if build.invocation.options.get("-testPlan") is not None or not self.built_plans:
+            self.built_plans = [self.plan]
         flags = build.invocation.flags
         self.only = [flag[len(ONLY):].split("/") for flag in flags if flag.startswith(ONLY)]
         skip = [flag[len(SKIP):].split("/") for flag in flags if flag.startswith(SKIP)]

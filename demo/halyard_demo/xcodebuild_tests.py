@@ -68,7 +68,7 @@ class TestRun:
 
     def test_without_building(self):
         self.build.sdk()  # refuses an unknown destination
-        if not os.path.isfile(self.products_file()):
+        if not os.path.isfile(self.products_file(self.choice.plan)):
             print("Testing failed:\n\tThere are no test bundles available to test.\n\n** TEST EXECUTE FAILED **\n", flush=True)
             return FAILED
         return self.run("TEST EXECUTE")
@@ -82,15 +82,18 @@ class TestRun:
         failing = [target for target in self.choice.targets if self.word(target) == "buildFails"]
         failed = self.build.make(self.choice.targets, failing[0] if failing else None)
         if failed is None:
-            path = self.products_file()
-            os.makedirs(os.path.dirname(path), exist_ok=True)
-            with open(path, "wb") as file:
-                plistlib.dump({"TestConfigurations": [{"Name": "Configuration 1", "TestTargets": [
-                    {"BlueprintName": target} for target in self.choice.targets]}]}, file)
+            for plan in self.choice.built_plans:
+                self.write_products_file(self.products_file(plan))
         return failed
 
-    def products_file(self):
-        plan = "_" + self.choice.plan if self.choice.plan else ""
+    def write_products_file(self, path):
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        with open(path, "wb") as file:
+            plistlib.dump({"TestConfigurations": [{"Name": "Configuration 1", "TestTargets": [
+                {"BlueprintName": target} for target in self.choice.targets]}]}, file)
+
+    def products_file(self, plan):
+        plan = "_" + plan if plan else ""
         return "%s/Build/Products/%s%s_%s18.2-arm64.xctestrun" % (self.build.derived_data, self.build.scheme, plan,
                                                                  self.build.layout.sdk)
 

@@ -49,7 +49,8 @@ void TestRunDisplay::buildStepBegan(TestBuildStep step) {
 void TestRunDisplay::buildErrorFound(std::string_view line) {
   const bool wasTurning = spinner_ != nullptr;
   stopSpinner();
-  printError(shownToolText(line));
+  const XBDiagnostic error = parseDiagnostic(line, true);
+  printError(shownToolText(error.message) + locationSuffix(error));
   flushOutput();
   if (wasTurning) startSpinner(spinnerKey_);
 }

@@ -17,6 +17,7 @@
 #include "halyard/terminal/line_input.hpp"
 #include "halyard/terminal/output.hpp"
 #include "halyard/terminal/screen.hpp"
+#include "halyard/testruns/test_actions.hpp"
 
 namespace {
 
@@ -63,6 +64,7 @@ Menu probeMenu() {
       flow("GuidedClean", guidedClean),
       flow("BuildSettings", showBuildSettings),
       flow("LaunchLastBuilt", launchLastBuiltApp),
+      flow("Test plans", runAllTestPlans),
   };
   Menu menu = buildMenu();
   menu.insert(menu.begin(), group);
