@@ -85,11 +85,9 @@ std::vector<DirectoryEntry> directoryEntries(const std::string& location) {
 
 void loadDirectory(const std::string& location) { list().entries = directoryEntries(location); }
 
-void enterDirectory(const std::string& location) {
-  // A copy: the location may live in the list that goes.
-  const std::string folder = location;
-  loadDirectory(folder);
-  list().currentPath = folder;
+void enterDirectory(std::string location) {
+  loadDirectory(location);
+  list().currentPath = std::move(location);
   list().selectedIndex = 0;
   list().scrollOffset = 0;
 }

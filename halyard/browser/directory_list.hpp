@@ -25,8 +25,9 @@ std::vector<DirectoryEntry> directoryEntries(const std::string& location);
 
 /// Fills the entries of the current list state; nothing else of it changes.
 void loadDirectory(const std::string& location);
-/// The same with the current path set to the folder and the selection on the first row.
-void enterDirectory(const std::string& location);
+/// The same with the current path set to the folder and the selection on the first row. By value: the location may live
+/// in the list that goes.
+void enterDirectory(std::string location);
 
 /// The entry under the selection; none in an empty list.
 const DirectoryEntry* selectedDirectoryEntry();

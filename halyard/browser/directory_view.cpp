@@ -44,10 +44,8 @@ void openAt(const std::string& folder) {
 void drawHelpOverlay() { drawOverlayBox(localized("dirview_help_title"), directoryHelpLines(), {}, {}, true); }
 
 void drawDeleteHotkeysOverlay() {
-  drawOverlayBox({},
-                 {"", std::string(localized("dirview_confirm_delete_hotkeys")), "",
-                  std::string(localized("dirview_confirm_yes_no"))},
-                 {}, {}, true);
+  drawOverlayBox({}, {"", std::string(localized("dirview_confirm_delete_hotkeys")), "",
+                      std::string(localized("dirview_confirm_yes_no")), ""});
 }
 
 void noKey(const RawKey&) {}

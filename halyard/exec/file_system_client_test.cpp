@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "tests/support/in_memory_file_system.hpp"
 #include "tests/support/temporary_folder.hpp"
 
 namespace halyard {
@@ -120,6 +121,23 @@ TEST_F(FileSystemClient, AFileInTheWayIsAnError) {
 
 TEST_F(FileSystemClient, TheHomeFolderIsThatOfTheEnvironment) {
   EXPECT_EQ(client.homeDirectoryPath(), std::getenv("HOME"));
+}
+
+TEST_F(FileSystemClient, VisibleItemsComeWithTheirTypesFromTheDiskAndFromATreeInMemory) {
+  folder.write("file", "");
+  folder.write(".hidden", "");
+  folder.makeFolder("folder");
+  std::filesystem::create_symlink("folder", folder.at("link"));
+  InMemoryFileSystem memory;
+  memory.addFile("/t/file").addFile("/t/.hidden").addFolder("/t/folder").addLink("/t/link");
+  const auto expected =
+      UnorderedElementsAre(ListedItem{"file", FileType::regular}, ListedItem{"folder", FileType::directory},
+                           ListedItem{"link", FileType::symbolicLink});
+  EXPECT_THAT(client.visibleItems(folder.at()), expected);
+  EXPECT_THAT(memory.visibleItems("/t"), expected);
+  EXPECT_THAT(memory.visibleItems("/t/"), expected);
+  EXPECT_THROW(client.visibleItems(folder.at("nowhere")), std::system_error);
+  EXPECT_THROW(memory.visibleItems("/nowhere"), std::system_error);
 }
 
 }  // namespace
