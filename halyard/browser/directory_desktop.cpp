@@ -1,5 +1,6 @@
 #include "halyard/browser/directory_desktop.hpp"
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -28,6 +29,12 @@ std::string scriptText(std::string_view path) {
   return text;
 }
 
+/// The script types its line into the new window, where a control character is a key: Ctrl-U would throw the opening
+/// quote away, and what follows would be run. A line feed between quotes is only one.
+bool holdsKeys(std::string_view path) {
+  return std::ranges::any_of(path, [](unsigned char each) { return (each < 0x20 && each != '\n') || each == 0x7F; });
+}
+
 void pauseForToast() {
   if (const auto& pause = directoryViewState().host.pause) {
     pause(toastTime);
@@ -41,6 +48,7 @@ void pauseForToast() {
 std::string openCommand(std::string_view path) { return "/usr/bin/open " + shellQuote(path); }
 
 std::string terminalCommand(std::string_view path) {
+  if (holdsKeys(path)) return "/usr/bin/open -a Terminal " + shellQuote(path);
   return fmt::format(
       "osascript -e 'tell application \"Terminal\"' "
       "          -e 'do script \"cd \" & quoted form of \"{}\"' "

@@ -2,12 +2,10 @@
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <system_error>
 #include <utility>
 
-#include <pthread.h>
-
+#include "halyard/platform/all_signals_held.hpp"
 #include "halyard/terminal/keyboard_input.hpp"
 #include "halyard/terminal/keys.hpp"
 
@@ -19,22 +17,6 @@ using Clock = std::chrono::steady_clock;
 
 constexpr auto pollingPeriod = std::chrono::milliseconds(120);
 constexpr int sequenceSilence = 20;  // milliseconds: the rest of a sequence comes at once
-
-/// A thread made while this lives leaves all signals to the others.
-class AllSignalsHeld {
- public:
-  AllSignalsHeld() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before_);
-  }
-  ~AllSignalsHeld() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-  AllSignalsHeld(const AllSignalsHeld&) = delete;
-  AllSignalsHeld& operator=(const AllSignalsHeld&) = delete;
-
- private:
-  sigset_t before_;
-};
 
 int millisecondsUntil(Clock::time_point time) {
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(time - Clock::now());

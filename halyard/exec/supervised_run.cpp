@@ -15,6 +15,7 @@
 #include "halyard/exec/interrupt_guard.hpp"
 #include "halyard/exec/run_state.hpp"
 #include "halyard/exec/shell_child.hpp"
+#include "halyard/platform/all_signals_held.hpp"
 #include "halyard/platform/child_start.hpp"
 #include "halyard/platform/processes.hpp"
 
@@ -53,22 +54,6 @@ class OwnedPipe {
   }
 
   PipeEnds ends_;
-};
-
-/// Threads made while this lives leave all signals to the others: what they wait for isn't interrupted.
-class AllSignalsHeld {
- public:
-  AllSignalsHeld() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before_);
-  }
-  ~AllSignalsHeld() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-  AllSignalsHeld(const AllSignalsHeld&) = delete;
-  AllSignalsHeld& operator=(const AllSignalsHeld&) = delete;
-
- private:
-  sigset_t before_{};
 };
 
 /// The threads of one run. The state is shared because the thread that waits for the child stays behind where nothing

@@ -127,7 +127,7 @@ bool runDirectoryStep(MainLoopState& state) {
   const DirectoryAppMode mode = directoryAppMode();
   if (mode != DirectoryAppMode::searching && mode != DirectoryAppMode::filterRunning) return false;
   mode == DirectoryAppMode::searching ? runDirectorySearchStep() : runDirectoryFilterStep();
-  state.needsFullRedraw = false;
+  state.needsFullRedraw = takeScreenDamage();
   return true;
 }
 

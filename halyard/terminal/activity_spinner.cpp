@@ -4,13 +4,12 @@
 #include <array>
 #include <cmath>
 #include <condition_variable>
-#include <csignal>
 #include <utility>
 
 #include <fmt/format.h>
-#include <pthread.h>
 
 #include "core/text.hpp"
+#include "halyard/platform/all_signals_held.hpp"
 #include "halyard/terminal/colors.hpp"
 #include "halyard/terminal/control_sequences.hpp"
 #include "halyard/terminal/cursor.hpp"
@@ -39,22 +38,6 @@ std::string fittedLabel(std::string_view label, int columns) {
   if (columns < 1) return {};
   return std::string(cellPrefix(safe, columns - 1)) + "…";
 }
-
-/// A thread made while this lives leaves all signals to the others.
-class AllSignalsHeld {
- public:
-  AllSignalsHeld() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before_);
-  }
-  ~AllSignalsHeld() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-  AllSignalsHeld(const AllSignalsHeld&) = delete;
-  AllSignalsHeld& operator=(const AllSignalsHeld&) = delete;
-
- private:
-  sigset_t before_;
-};
 
 }  // namespace
 
