@@ -22,7 +22,8 @@ bool isFraction(double value) { return value >= 0 && value <= 1; }
 
 /// Nothing but line feeds is left of control characters when our own colours are gone.
 void requireHarmless(const std::string& drawn) {
-  for (const std::string_view line : halyard::splitLines(halyard::stripAnsi(drawn))) {
+  const std::string plain = halyard::stripAnsi(drawn);
+  for (const std::string_view line : halyard::splitLines(plain)) {
     require(halyard::displaySafe(line) == line);
   }
 }
