@@ -14,7 +14,7 @@ namespace halyard {
 
 /// Longer selections name suites, then targets, in place of tests: a command must fit what a system passes to a
 /// program as one word.
-inline constexpr std::size_t longestSelection = 96 * 1024;
+inline constexpr std::size_t longestSelection = std::size_t{96} * 1024;
 
 /// The failed tests of a run as shell words: -only-testing:'Target/Suite/test', each once. `bundleTests` is asked,
 /// once, where the run alone doesn't say what a test is called: names of Swift Testing, and suites whose target never
