@@ -13,6 +13,7 @@
 #include "core/text.hpp"
 #include "halyard/build/build_result.hpp"
 #include "halyard/build/build_timeline.hpp"
+#include "halyard/build/duration.hpp"
 #include "halyard/build/flows_building.hpp"
 #include "halyard/build/live_build.hpp"
 #include "halyard/terminal/colors.hpp"
@@ -38,15 +39,15 @@ class StopRule {
     if (parser_.hasVerdict()) return true;
     if (!parser_.sessionEnded()) return false;
     // The verdict follows the end of the session within moments, but not always in the same chunk.
-    constexpr auto verdictDelay = std::chrono::seconds(2);
-    const auto now = std::chrono::steady_clock::now();
+    constexpr double longestDelay = 2;  // seconds
+    const BuildTime now = buildTimeNow();
     if (!sessionEnd_) sessionEnd_ = now;
-    return now - *sessionEnd_ >= verdictDelay;
+    return secondsBetween(*sessionEnd_, now) >= longestDelay;
   }
 
  private:
   const TestLineParser& parser_;
-  std::optional<std::chrono::steady_clock::time_point> sessionEnd_;
+  std::optional<BuildTime> sessionEnd_;
 };
 
 void announce() {

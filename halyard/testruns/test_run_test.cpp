@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "halyard/build/build_clock_testing.hpp"
 #include "halyard/build/build_timeline.hpp"
 #include "halyard/testruns/test_flow_testing.hpp"
 
@@ -121,6 +122,7 @@ class ChunkedRunner final : public CommandRunning {
     PipeRunResult result;
     for (const std::string& chunk : chunks_) {
       ++taken;
+      clock.advance(secondsPerChunk);
       result.output += chunk;
       for (const std::string_view line : splitLines(chunk)) onLine(line);
       if (shouldStop && shouldStop()) break;
@@ -129,6 +131,8 @@ class ChunkedRunner final : public CommandRunning {
   }
 
   std::size_t taken = 0;
+  double secondsPerChunk = 0.01;
+  StandingBuildClock clock;
 
  private:
   std::vector<std::string> chunks_;
@@ -155,6 +159,13 @@ TEST_F(RunTests, WaitsForTheVerdictThatFollowsTheSessionsEnd) {
       {"Test session results, code coverage, and logs:\n", "\t/R.xcresult\n", "\n", "** TEST SUCCEEDED **\n", "x\n"});
   EXPECT_TRUE(runChunks(chunks, reset).testSucceeded);
   EXPECT_EQ(chunks.taken, 4U);
+}
+
+TEST_F(RunTests, WaitsForThatVerdictNoLongerThanTwoSeconds) {
+  ChunkedRunner chunks({"Test session results, code coverage, and logs at: /R.xcresult\n", "a\n", "b\n", "c\n", "d\n"});
+  chunks.secondsPerChunk = 1.0;
+  EXPECT_FALSE(runChunks(chunks, reset).testSucceeded);
+  EXPECT_EQ(chunks.taken, 3U);
 }
 
 TEST_F(RunTests, APhaseTellsTheTimelineHowItWent) {
