@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <libsecret/secret.h>
 
+#include "halyard/platform/home_directory.hpp"
 #include "halyard/platform/secret_store.hpp"
 #include "tests/support/secret_store_contract.hpp"
 
@@ -20,7 +21,7 @@ constexpr SecretName item = {"com.example.halyard-test", "first"};
 
 /// The test program's home folder is another one than the service's, and nothing but the service may keep a secret.
 testing::AssertionResult homeIsUntouched() {
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(std::getenv("HOME"))) {
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(homeDirectory())) {
     if (entry.is_regular_file()) return testing::AssertionFailure() << entry.path() << " was written";
   }
   return testing::AssertionSuccess();
