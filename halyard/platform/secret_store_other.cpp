@@ -9,6 +9,7 @@
 
 #include <libsecret/secret.h>
 
+#include "halyard/platform/all_signals_held.hpp"
 #include "halyard/platform/secret_store_source.hpp"
 
 namespace halyard {
@@ -37,22 +38,6 @@ struct FreeItems {
   void operator()(GList* items) const { g_list_free_full(items, g_object_unref); }
 };
 using Items = std::unique_ptr<GList, FreeItems>;
-
-/// The threads that libsecret starts get no signals: Ctrl-C and a resize are the main thread's.
-class SignalsHeld {
- public:
-  SignalsHeld() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before_);
-  }
-  ~SignalsHeld() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-  SignalsHeld(const SignalsHeld&) = delete;
-  SignalsHeld& operator=(const SignalsHeld&) = delete;
-
- private:
-  sigset_t before_{};
-};
 
 /// Cancels the calls of one operation when patience ends.
 class Limit {
@@ -137,7 +122,7 @@ Referenced<SecretService> openService(SecretServiceFlags flags, GCancellable* ca
 class SecretServiceStore final : public SecretStoring {
  public:
   SecretStatus add(const SecretName& item, std::string_view value) override {
-    const SignalsHeld held;
+    const AllSignalsHeld held;  // the threads that libsecret starts are to get none
     const Limit limit;
     const auto service = openService(SECRET_SERVICE_OPEN_SESSION, limit.cancellable());
     if (service == nullptr) return secretStoreMissing;
@@ -154,7 +139,7 @@ class SecretServiceStore final : public SecretStoring {
   }
 
   std::optional<std::string> find(const SecretName& item) override {
-    const SignalsHeld held;
+    const AllSignalsHeld held;  // the threads that libsecret starts are to get none
     const Limit limit;
     const auto service = openService(SECRET_SERVICE_OPEN_SESSION, limit.cancellable());
     if (service == nullptr) return std::nullopt;
@@ -169,7 +154,7 @@ class SecretServiceStore final : public SecretStoring {
   }
 
   SecretStatus remove(const SecretName& item) override {
-    const SignalsHeld held;
+    const AllSignalsHeld held;  // the threads that libsecret starts are to get none
     const Limit limit;
     const auto service = openService(SECRET_SERVICE_NONE, limit.cancellable());
     if (service == nullptr) return secretStoreMissing;
