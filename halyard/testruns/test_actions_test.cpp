@@ -215,7 +215,7 @@ TEST_F(TestPlanRuns, TheSummaryNamesWhatFailed) {
   planRun("Dusk", passingRun);
   const std::string text = shownFor(runAllTestPlans);
   const std::string summary = text.substr(text.find("Overall Result (3 Test Plans)"));
-  EXPECT_THAT(summary, HasSubstr("✓ 1/3 Passed"));
+  EXPECT_THAT(summary, HasSubstr("✗ 1/3 Passed"));
   EXPECT_THAT(summary, HasSubstr("✗ Day"));
   EXPECT_THAT(summary, HasSubstr("✗ PierTests › testFee"));
   EXPECT_THAT(summary, HasSubstr("✗ Night"));

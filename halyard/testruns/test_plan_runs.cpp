@@ -92,8 +92,9 @@ void printPlanSummary(const PlanRuns& runs) {
   printLine();
   printSection(localizedFormat("run_all_test_plans_summary_var", runs.count));
   const std::size_t passed = runs.count - runs.failures.size();
-  const std::string_view color = runs.failures.empty() ? Color::green : Color::reset;
-  printLine(fmt::format("  {}✓ {}/{} {}{}", color, passed, runs.count, localized("passed"), Color::reset));
+  const bool allPassed = runs.failures.empty();
+  printLine(fmt::format("  {}{} {}/{} {}{}", allPassed ? Color::green : Color::red, allPassed ? "✓" : "✗", passed,
+                        runs.count, localized("passed"), Color::reset));
   for (const ComboFailure& failure : runs.failures) printFailure(failure);
 }
 
