@@ -63,7 +63,7 @@ class TheHome(DemoTest):
     def test_its_working_tree_is_clean_and_there_are_no_preferences(self):
         harbor = self.make_home()
         self.assertEqual(self.output("git", "status", "--porcelain", "--ignored", cwd=harbor), "")
-        self.assertEqual(sorted(os.listdir(self.home)), [".gitconfig", ".halyard-demo", "Harbor"])
+        self.assertEqual(sorted(os.listdir(self.home)), [".gitconfig", ".halyard-demo", "Harbor", "Library"])
 
     def test_making_it_again_changes_nothing(self):
         harbor = self.make_home()

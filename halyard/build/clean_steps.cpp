@@ -9,7 +9,9 @@
 #include "core/text.hpp"
 #include "halyard/build/build_timeline.hpp"
 #include "halyard/build/project_location.hpp"
+#include "halyard/cache/cache_locations.hpp"
 #include "halyard/exec/shell_quote.hpp"
+#include "halyard/exec/usable_home.hpp"
 #include "halyard/terminal/screen.hpp"
 
 namespace halyard {
@@ -19,25 +21,22 @@ namespace {
 struct CacheRow {
   std::string_view name;
   std::string_view infoKey;
-  std::string_view command;
+  CachePlace place;
 };
 
-constexpr CacheRow moduleCache = {"ModuleCache", "deleting_module_cache_detail",
-                                  "rm -rf ~/Library/Developer/Xcode/ModuleCache"};
+constexpr CacheRow moduleCache = {"ModuleCache", "deleting_module_cache_detail", CachePlace::moduleCache};
 constexpr auto otherSharedCaches = std::to_array<CacheRow>({
-    {"SimulatorCache", "deleting_simulator_cache_detail", "rm -rf ~/Library/Developer/CoreSimulator/Caches"},
-    {"Xcode Caches", "deleting_xcode_caches_detail", "rm -rf ~/Library/Caches/com.apple.dt.Xcode"},
+    {"SimulatorCache", "deleting_simulator_cache_detail", CachePlace::simulatorCache},
+    {"Xcode Caches", "deleting_xcode_caches_detail", CachePlace::xcodeCaches},
 });
-constexpr CacheRow packageCache = {"SPM Cache", "deleting_spm_cache_detail",
-                                   "rm -rf ~/Library/Caches/org.swift.swiftpm"};
-constexpr CacheRow podCache = {"CocoaPods Cache", "deleting_cocoapods_cache_detail",
-                               "rm -rf ~/Library/Caches/CocoaPods"};
-constexpr CacheRow carthageCache = {"Carthage Cache", "deleting_carthage_cache_detail",
-                                    "rm -rf ~/Library/Caches/org.carthage.CarthageKit"};
+constexpr CacheRow packageCache = {"SPM Cache", "deleting_spm_cache_detail", CachePlace::swiftPMCache};
+constexpr CacheRow podCache = {"CocoaPods Cache", "deleting_cocoapods_cache_detail", CachePlace::cocoaPods};
+constexpr CacheRow carthageCache = {"Carthage Cache", "deleting_carthage_cache_detail", CachePlace::carthage};
 
 CleanStep step(const CacheRow& row) {
-  return {
-      .name = std::string(row.name), .info = std::string(localized(row.infoKey)), .command = std::string(row.command)};
+  return {.name = std::string(row.name),
+          .info = std::string(localized(row.infoKey)),
+          .command = deletionCommand(row.place)};
 }
 
 std::string deletionOfProjectFolder() { return "rm -rf " + shellQuote(privateDerivedDataPath()); }
@@ -59,7 +58,7 @@ CleanStep projectBuildFolderStep() {
 CleanStep derivedDataStep() {
   return {.name = "DerivedData",
           .info = std::string(localized("deleting_deriveddata_detail")),
-          .command = "rm -rf ~/Library/Developer/Xcode/DerivedData"};
+          .command = deletionCommand(CachePlace::derivedData)};
 }
 
 CleanStep moduleCacheStep() { return step(moduleCache); }
@@ -83,6 +82,7 @@ std::vector<CleanStep> fullCleanSteps(const DetectedPackageManagers& managers) {
 }
 
 void performCleanSteps(const std::vector<CleanStep>& steps) {
+  if (!requireUsableHome()) return;
   for (const CleanStep& each : steps) {
     if (operationAborted()) return;
     BuildTimeline::measureStep(each.name, [&] {

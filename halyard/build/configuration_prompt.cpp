@@ -12,6 +12,7 @@
 #include "halyard/build/build_flows.hpp"
 #include "halyard/build/clean_steps.hpp"
 #include "halyard/build/selection.hpp"
+#include "halyard/exec/usable_home.hpp"
 #include "halyard/terminal/colors.hpp"
 #include "halyard/terminal/dialogs.hpp"
 #include "halyard/terminal/line_input.hpp"
@@ -66,6 +67,7 @@ void deleteForSwitch(const CleanStep& step, std::string_view info) {
 
 /// All configurations share the project's folder: what one left there isn't to get into the other's build.
 void clearCachesForSwitch(std::string_view configuration) {
+  if (!requireUsableHome()) return;
   printStep(localizedFormat("auto_build_config_switch_var", configuration));
   const CleanStep folder = projectBuildFolderStep();
   deleteForSwitch(folder, folder.info);

@@ -5,6 +5,7 @@
 
 #include "core/app_context.hpp"
 #include "core/app_dependencies.hpp"
+#include "halyard/cache/cache_locations.hpp"
 
 namespace halyard {
 
@@ -47,12 +48,6 @@ ProjectLocation located() {
   return {};
 }
 
-const std::string& derivedDataRoot() {
-  static const std::string root =
-      AppDependencies::current().fileSystemClient->homeDirectoryPath() + "/Library/Developer/Xcode/DerivedData";
-  return root;
-}
-
 }  // namespace
 
 void detectProject() { location() = located(); }
@@ -66,7 +61,7 @@ std::string privateDerivedDataName() {
   return base.empty() ? "CapstanLightBuild" : "CapstanLightBuild-" + base;
 }
 
-std::string privateDerivedDataPath() { return derivedDataRoot() + "/" + privateDerivedDataName(); }
+std::string privateDerivedDataPath() { return cachePath(CachePlace::derivedData) + "/" + privateDerivedDataName(); }
 
 std::string privateDerivedDataDisplay() { return "DerivedData/" + privateDerivedDataName(); }
 

@@ -7,6 +7,7 @@
 #include "core/string_catalog.hpp"
 #include "halyard/exec/command_runner.hpp"
 #include "halyard/exec/shell_quote.hpp"
+#include "halyard/exec/usable_home.hpp"
 #include "halyard/terminal/dialogs.hpp"
 #include "halyard/terminal/screen.hpp"
 
@@ -49,6 +50,7 @@ std::string packageCacheQuestion(const DetectedPackageManagers& selected) {
 }
 
 void deletePackageCaches(const DetectedPackageManagers& selected) {
+  if (!requireUsableHome()) return;
   for (const PackageCache* cache : selectedCaches(selected)) {
     runQuiet(std::string(localized(cache->labelKey)), "rm -rf " + std::string(cache->path));
   }

@@ -12,9 +12,10 @@
 #include "core/app_dependencies.hpp"
 #include "core/string_catalog.hpp"
 #include "core/text.hpp"
+#include "halyard/build/core_caches.hpp"
 #include "halyard/build/project_location.hpp"
 #include "halyard/exec/command_runner.hpp"
-#include "halyard/exec/shell_quote.hpp"
+#include "halyard/exec/usable_home.hpp"
 #include "halyard/packages/detection.hpp"
 #include "halyard/shell/preferences.hpp"
 #include "halyard/terminal/dialogs.hpp"
@@ -33,17 +34,6 @@ constexpr auto checklist = std::to_array<std::string_view>({
     "dir_setup_step_scheme",
     "dir_setup_step_test_target",
     "dir_setup_step_device",
-});
-
-struct CacheDeletion {
-  std::string_view labelKey;
-  const char* command;
-};
-
-constexpr auto cacheDeletions = std::to_array<CacheDeletion>({
-    {"deleting_module_cache_detail", "rm -rf ~/Library/Developer/Xcode/ModuleCache"},
-    {"deleting_simulator_cache_detail", "rm -rf ~/Library/Developer/CoreSimulator/Caches"},
-    {"deleting_xcode_caches_detail", "rm -rf ~/Library/Caches/com.apple.dt.Xcode"},
 });
 
 DirectorySetupSteps& installedSteps() {
@@ -101,11 +91,8 @@ void enterProject(const std::string& chosen) {
 
 void offerCacheDeletion() {
   if (!confirm(localized("guided_clean_delete_caches_question"))) return;
-  runQuiet(localizedFormat("delete_capstan_build", displaySafe(privateDerivedDataDisplay())),
-           "rm -rf " + shellQuote(privateDerivedDataPath()));
-  for (const CacheDeletion& deletion : cacheDeletions) {
-    runQuiet(std::string(localized(deletion.labelKey)), deletion.command);
-  }
+  if (!requireUsableHome()) return;
+  for (const CacheStep& step : coreCacheSteps()) runQuiet(step.label, step.command);
   printSuccess(localized("caches_deleted_spm_preserved"));
 }
 

@@ -8,6 +8,10 @@
 #include "halyard/build/active_target.hpp"
 #include "halyard/build/build_flows.hpp"
 #include "halyard/build/project_location.hpp"
+#include "halyard/cache/cache_browser.hpp"
+#include "halyard/cache/cleanup_actions.hpp"
+#include "halyard/cache/deletion_actions.hpp"
+#include "halyard/cache/folder_browser.hpp"
 #include "halyard/device/device_actions.hpp"
 #include "halyard/packages/dependencies_menu.hpp"
 #include "halyard/shell/menu_model.hpp"
@@ -44,21 +48,21 @@ void selectProjectConfiguration() {
 }
 
 constexpr MenuRow deleteRows[] = {
-    {.key = "show_all_caches"},
+    {.key = "show_all_caches", .action = showAllCaches},
     {.key = {}},
     {.key = "xcodebuild_clean", .action = cleanBuild},
-    {.key = "delete_capstan_build", .argument = privateDerivedDataName},
-    {.key = "delete_derived_data_selective"},
-    {.key = "delete_derived_data", .hotkey = 1},
+    {.key = "delete_capstan_build", .action = deleteProjectBuildFolder, .argument = privateDerivedDataName},
+    {.key = "delete_derived_data_selective", .action = deleteDerivedDataSelective},
+    {.key = "delete_derived_data", .hotkey = 1, .action = deleteDerivedData},
     {.key = {}},
-    {.key = "delete_caches_without_spm"},
-    {.key = "delete_all_caches_incl_pm", .hotkey = 2},
+    {.key = "delete_caches_without_spm", .action = deleteCachesWithoutPackageManagers},
+    {.key = "delete_all_caches_incl_pm", .hotkey = 2, .action = deleteAllCachesInclPackageManagers},
     {.key = {}},
-    {.key = "safe_cleanup"},
-    {.key = "deep_cleanup"},
-    {.key = "complete_cleanup"},
+    {.key = "safe_cleanup", .action = runSafeCleanup},
+    {.key = "deep_cleanup", .action = runDeepCleanup},
+    {.key = "complete_cleanup", .action = runCompleteCleanup},
     {.key = {}},
-    {.key = "neustart_cleanup"},
+    {.key = "neustart_cleanup", .action = runFullReset},
 };
 
 constexpr MenuRow buildRows[] = {

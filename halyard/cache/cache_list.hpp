@@ -5,12 +5,17 @@
 #include <string_view>
 #include <vector>
 
+#include "halyard/cache/cache_locations.hpp"
+
 namespace halyard {
 
 struct CacheListRow {
   std::string label;
   std::string path;  ///< as it is shown: with a tilde
 };
+
+/// The row of a place of the table.
+CacheListRow cacheListRow(CachePlace place);
 
 /// The text wrapped at blanks to at most `width` characters a line; a longer word gets a line of its own.
 std::vector<std::string> wrappedText(std::string_view text, std::size_t width);

@@ -1,4 +1,4 @@
-#include "halyard/build/clean_list.hpp"
+#include "halyard/cache/cache_list.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

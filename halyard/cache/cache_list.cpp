@@ -1,10 +1,11 @@
-#include "halyard/build/clean_list.hpp"
+#include "halyard/cache/cache_list.hpp"
 
 #include <algorithm>
 #include <cstddef>
 
 #include <fmt/format.h>
 
+#include "core/string_catalog.hpp"
 #include "core/text.hpp"
 #include "halyard/terminal/colors.hpp"
 #include "halyard/terminal/output.hpp"
@@ -30,6 +31,12 @@ void appendWord(std::vector<std::string>& lines, std::string_view word, std::siz
 }
 
 }  // namespace
+
+CacheListRow cacheListRow(CachePlace place) {
+  const CacheLocation& location = cacheLocation(place);
+  return {.label = std::string(localized(location.labelKey)),
+          .path = std::string(location.path.empty() ? localized("cache_path_runtimes_note") : location.path)};
+}
 
 std::vector<std::string> wrappedText(std::string_view text, std::size_t width) {
   std::vector<std::string> all;
