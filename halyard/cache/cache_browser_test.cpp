@@ -226,7 +226,7 @@ TEST_F(SelectiveDerivedData, RowsAreDeletedOneByOne) {
   EXPECT_THAT(text, AllOf(HasSubstr("  [01] -rf it's    1.0G\n  [02] Buoy         24M\n\n"
                                     "  Total DerivedData size  1.1G\n  [x] Back\n"),
                           HasSubstr("? Really delete '-rf it's' (1.0G)? [j/N] j"),
-                          HasSubstr("  [01] Buoy      24M\n\n  Total DerivedData size  25M\n"),
+                          HasSubstr("  [01] Buoy     24M\n\n  Total DerivedData size  25M\n"),
                           HasSubstr("✓ '-rf it's' was deleted."), HasSubstr("✓ 'Buoy' was deleted.")));
   EXPECT_THAT(text.substr(text.rfind("▶  ")), AllOf(HasSubstr("No subdirectories found"), HasSubstr("[X] 🔙 Back")));
 }
@@ -234,7 +234,7 @@ TEST_F(SelectiveDerivedData, RowsAreDeletedOneByOne) {
 TEST_F(SelectiveDerivedData, ADeclinedDeletionKeepsTheRowAndMeasuresNothing) {
   subfolder("Atlas", "1.0G").totals(all, "1.1G");
   const std::string text = shownBy(deleteDerivedDataSelective, "1\nn2\nc\nx\n");
-  EXPECT_EQ(count(text, "[01] Atlas     1.0G"), 4U);
+  EXPECT_EQ(count(text, "[01] Atlas    1.0G"), 4U);
   EXPECT_EQ(count(text, "Invalid selection."), 2U) << "there is no C here";
   EXPECT_EQ(measurements(), 2U);
 }
@@ -244,7 +244,7 @@ TEST_F(SelectiveDerivedData, ARowThatIsLeftIsAnErrorAndIsMeasuredAgain) {
   runner.expect("rm -rf '/Users/demo/Library/Developer/Xcode/DerivedData/Atlas'");
   subfolder("Atlas", "200M").totals(all, "201M");
   EXPECT_THAT(shownBy(deleteDerivedDataSelective, "1\njx\n"),
-              AllOf(HasSubstr("✗ Error deleting 'Atlas'."), HasSubstr("[01] Atlas     200M")));
+              AllOf(HasSubstr("✗ Error deleting 'Atlas'."), HasSubstr("[01] Atlas    200M")));
 }
 
 TEST_F(SelectiveDerivedData, ControlCharactersOfANameShowAsStandIns) {

@@ -27,13 +27,20 @@
 
 namespace halyard {
 
-/// Without colours; line ends and what a spinner drew stay.
+/// Without colours, and without what spinners drew.
 template <typename Action>
 std::string shownBy(Action&& action, std::string_view keys = {}) {
+  constexpr std::string_view spinnerStart = "\x1b[?25l";
+  constexpr std::string_view spinnerEnd = "\x1b[?25h";
   const TypedInput typed(keys);
   const CapturedOutput output;
   action();
-  return stripAnsi(output.text());
+  std::string text = stripAnsi(output.text());
+  for (auto at = text.find(spinnerStart); at != std::string::npos; at = text.find(spinnerStart)) {
+    const std::size_t end = text.find(spinnerEnd, at);
+    text.erase(at, end == std::string::npos ? end : end + spinnerEnd.size() - at);
+  }
+  return text;
 }
 
 /// Sets $HOME, or unsets it, and sets it back.

@@ -163,7 +163,7 @@ TEST_F(Deletions, WithoutPackageManagersListsAsksAndDeletesTheCoreCaches) {
                               "  ModuleCache               : ~/Library/Developer/Xcode/ModuleCache\n"
                               "  Simulator Cache           : ~/Library/Developer/CoreSimulator/Caches\n"
                               "  Xcode Caches              : ~/Library/Caches/com.apple.dt.Xcode\n"));
-  EXPECT_THAT(text, AllOf(HasSubstr("The package manager caches are kept."),
+  EXPECT_THAT(text, AllOf(HasSubstr("package manager caches are kept."),
                           HasSubstr("Xcode automatically recreates these directories on the next build."),
                           HasSubstr("? Delete directories (without SPM)? [j/N] j")));
   EXPECT_THAT(text, HasSubstr(std::string(coreLines) + "  ✓ Directories deleted (SPM preserved).\n"));

@@ -46,6 +46,8 @@ TEST_P(Screens, TheHelpBoxShowsTheGroupAndTheRow) {
 TEST_P(Screens, ARowThatIsNotThereYetSaysSoAndLeadsBack) {
   TerminalSession session(inLanguage(GetParam()));
   ASSERT_TRUE(atMenu(session));
+  session.send("R");
+  ASSERT_TRUE(session.waitUntilIdle());
   session.send(Key::enter);
   ASSERT_TRUE(session.waitFor("[X]") && session.waitUntilIdle());
   session.expectGoldenScreen(std::string("unavailable_") + GetParam());
