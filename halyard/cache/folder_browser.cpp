@@ -46,8 +46,14 @@ struct FolderPage {
 /// What is told below the rows the next time they are drawn.
 using Notice = std::function<void()>;
 
-std::string measuredTotal(const FolderScreen& screen) {
-  return screen.entry != nullptr ? entrySize(*screen.entry) : totalSize({screen.folder});
+/// With nothing to choose from there is only a word about it, and the way back.
+bool hasChoice(const FolderScreen& screen, const FolderPage& page) {
+  return screen.entry != nullptr || !page.rows.empty();
+}
+
+void measureTotal(const FolderScreen& screen, FolderPage& page) {
+  if (!hasChoice(screen, page)) return;
+  page.total = screen.entry != nullptr ? entrySize(*screen.entry) : totalSize({screen.folder});
 }
 
 FolderPage measured(const FolderScreen& screen) {
@@ -58,7 +64,7 @@ FolderPage measured(const FolderScreen& screen) {
   page.rows =
       measuredSubfolders(screen.folder, [&](std::string_view name) { spinner.setLabel(label, std::string(name)); });
   spinner.setLabel(label);
-  page.total = measuredTotal(screen);
+  measureTotal(screen, page);
   return page;
 }
 
@@ -71,15 +77,18 @@ void printRows(const FolderScreen& screen, const FolderPage& page) {
   } else {
     rows.front().section = localized("derived_data_subdirectories");
   }
-  print(sizedRows(rows) + totalRow(localized(screen.totalKey), page.total));
+  print(sizedRows(rows));
 }
 
 void draw(const FolderScreen& screen, const FolderPage& page, const Notice& notice) {
   screen.printTop(screen);
   printRows(screen, page);
-  if (screen.entry != nullptr) printMenuRow("C", localized("cache_browser_clear_all"));
-  printMenuRow("x", localized("menu_back"));
-  printLine();
+  if (hasChoice(screen, page)) {
+    print(totalRow(localized(screen.totalKey), page.total));
+    if (screen.entry != nullptr) printMenuRow("C", localized("cache_browser_clear_all"));
+    printMenuRow("x", localized("menu_back"));
+    printLine();
+  }
   if (notice) notice();
 }
 
@@ -102,7 +111,7 @@ bool deleteRow(const FolderScreen& screen, FolderPage& page, std::size_t index, 
     } else {
       row->size = pathSize(path);
     }
-    page.total = measuredTotal(screen);
+    measureTotal(screen, page);
     return hasGone;
   });
   const std::string_view key = succeeded ? "derived_data_subdir_deleted" : "derived_data_subdir_delete_error";
@@ -130,7 +139,7 @@ bool browse(const FolderScreen& screen) {
   while (!operationAborted()) {
     draw(screen, page, notice);
     notice = {};
-    if (page.rows.empty() && screen.entry == nullptr) {
+    if (!hasChoice(screen, page)) {
       setSuppressBackPrompt(false);
       waitForBack();
       break;

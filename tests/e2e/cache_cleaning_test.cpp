@@ -255,8 +255,8 @@ TEST(Cleaning, AHomeThatIsNoneIsRefused) {
     options.environment["HOME"] = home;
     TerminalSession session(options);
     ASSERT_TRUE(runCacheRow(session, "Delete Directories (Safe)"));
-    session.expectShows("HOME names no usable home folder.");
-    session.expectShows("Nothing was deleted.");
+    session.expectShows("Nothing was deleted: HOME names no usable home folder.");
+    session.expectShows("HOME=" + home);
     session.send("x");
     ASSERT_TRUE(isAtMenu(session));
     session.send("1");

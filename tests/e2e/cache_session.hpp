@@ -36,7 +36,9 @@ inline SessionOptions cacheOptions(std::string_view language = "en") {
   SessionOptions options;
   options.rows = 60;
   options.preferences = {{"language", std::string(language)}};
-  options.homeFiles = {{std::string(demoBuildFolder) + "/Build/product", "x"}, {"Documents/letter", "stays"}};
+  // Large enough for its size not to depend on what the file system takes for the folders above it.
+  options.homeFiles = {{std::string(demoBuildFolder) + "/Build/product", std::string(3'000'000, 'x')},
+                       {"Documents/letter", "stays"}};
   return options;
 }
 
