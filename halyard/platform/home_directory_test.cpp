@@ -9,10 +9,10 @@
 namespace halyard {
 namespace {
 
-class HomeDirectory : public testing::Test {
+class UsableHome : public testing::Test {
  protected:
-  HomeDirectory() : home_(std::getenv("HOME")) {}
-  ~HomeDirectory() override { setenv("HOME", home_.c_str(), 1); }
+  UsableHome() : home_(std::getenv("HOME")) {}
+  ~UsableHome() override { setenv("HOME", home_.c_str(), 1); }
 
   static bool isUsable(const std::string& value) {
     setenv("HOME", value.c_str(), 1);
@@ -22,14 +22,14 @@ class HomeDirectory : public testing::Test {
   std::string home_;
 };
 
-TEST_F(HomeDirectory, AFolderBelowTheRootIsUsable) {
+TEST_F(UsableHome, AFolderBelowTheRootIsUsable) {
   for (const std::string value : {"/Users/ada", "/Users/a b", "/Users/it's", "/-rf", "/Users/x/../ada", "/a\nb/"}) {
     EXPECT_TRUE(isUsable(value)) << value;
   }
   EXPECT_TRUE(isUsable(home_));
 }
 
-TEST_F(HomeDirectory, WhatATildeMustNotMeanIsNot) {
+TEST_F(UsableHome, WhatATildeMustNotMeanIsNot) {
   for (const std::string value : {"", ".", "..", "ada", "-rf", "~", "Users/ada", "/", "//", "///", "/.", "/..",
                                   "/Users/..", "/Users/ada/../..", "/./", "/../.."}) {
     EXPECT_FALSE(isUsable(value)) << value;
@@ -38,7 +38,7 @@ TEST_F(HomeDirectory, WhatATildeMustNotMeanIsNot) {
   EXPECT_FALSE(homeIsUsable());
 }
 
-TEST_F(HomeDirectory, NeitherIsALinkToTheRoot) {
+TEST_F(UsableHome, NeitherIsALinkToTheRoot) {
   const std::filesystem::path link = std::filesystem::path(home_) / "root";
   std::filesystem::create_directory_symlink("/", link);
   EXPECT_FALSE(isUsable(link.string()));
