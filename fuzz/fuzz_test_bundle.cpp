@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(record.passed.size() + record.failed.size() <= count);
   std::size_t inSuites = 0;
   for (const halyard::SuiteResult& suite : record.suiteResults) {
-    inSuites += static_cast<std::size_t>(suite.passed + suite.failed);
+    inSuites += static_cast<std::size_t>(suite.passed) + static_cast<std::size_t>(suite.failed);
   }
   require(inSuites == record.passed.size() + record.failed.size());
   return 0;

@@ -75,7 +75,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(parser.hasVerdict() || !record.testSucceeded);
   for (const halyard::PassedTest& test : record.passed) require(log.find(test.name) != std::string::npos);
   for (const halyard::SuiteResult& suite : record.suiteResults) {
-    require(suite.name != "All tests" && static_cast<std::size_t>(suite.passed + suite.failed) <= events.tests);
+    const auto ended = static_cast<std::size_t>(suite.passed) + static_cast<std::size_t>(suite.failed);
+    require(suite.name != "All tests" && ended <= events.tests);
   }
   for (const auto& [suite, target] : record.testTargetMap) require(!suite.empty() && !target.empty());
   return 0;
