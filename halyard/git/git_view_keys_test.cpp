@@ -11,7 +11,6 @@
 namespace halyard {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 using Kind = RawKey::Kind;
 using Mode = GitViewMode;

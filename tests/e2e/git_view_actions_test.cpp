@@ -8,8 +8,6 @@
 namespace halyard {
 namespace {
 
-using testing::HasSubstr;
-
 constexpr int red = 1;
 constexpr int green = 2;
 

@@ -50,7 +50,8 @@ std::string GitSandbox::sh(const std::string& script, std::string_view folder) c
   if (pipe == nullptr) throw std::system_error(errno, std::generic_category(), "popen");
   std::string output;
   std::array<char, 4096> chunk;
-  for (std::size_t size; (size = fread(chunk.data(), 1, chunk.size(), pipe)) > 0;) output.append(chunk.data(), size);
+  for (std::size_t size = 0; (size = fread(chunk.data(), 1, chunk.size(), pipe)) > 0;)
+    output.append(chunk.data(), size);
   EXPECT_EQ(pclose(pipe), 0) << script << "\n" << output;
   return output;
 }
