@@ -9,7 +9,7 @@
 #include "core/app_dependencies.hpp"
 #include "core/string_catalog.hpp"
 #include "core/text.hpp"
-#include "halyard/browser/directory_list.hpp"
+#include "halyard/browser/directory_state.hpp"
 #include "halyard/exec/shell_quote.hpp"
 #include "halyard/terminal/keys.hpp"
 
@@ -78,12 +78,6 @@ void copyToClipboard(const std::string& text) {
   run(copyCommand(text));
   directoryViewState().lastCopiedPath = text;
   showToast(localized("dirview_toast_copied"), text);
-}
-
-std::string desktopTarget() {
-  const DirectoryEntry* selected = selectedDirectoryEntry();
-  const bool isDirectory = selected != nullptr && selected->kind == DirectoryEntry::Kind::directory;
-  return isDirectory ? selected->url : directoryViewState().list.currentPath;
 }
 
 void showToast(std::string_view text, std::string_view detail) {

@@ -18,9 +18,6 @@ std::string openCommand(std::string_view path);
 std::string terminalCommand(std::string_view path);
 std::string copyCommand(std::string_view text);
 
-/// Where the keys for Finder and Terminal lead: the selected directory, else the current one.
-std::string desktopTarget();
-
 /// Shows the text, with the detail behind it, in the common header for 0.8 s. Keys typed meanwhile are lost. The next
 /// frame of the loop shows the header as it was.
 void showToast(std::string_view text, std::string_view detail);

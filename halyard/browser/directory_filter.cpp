@@ -1,6 +1,5 @@
 #include "halyard/browser/directory_filter.hpp"
 
-#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -9,7 +8,6 @@
 
 #include "core/string_catalog.hpp"
 #include "halyard/browser/directory_filter_groups.hpp"
-#include "halyard/browser/directory_keys.hpp"
 #include "halyard/browser/directory_list.hpp"
 #include "halyard/browser/directory_order.hpp"
 #include "halyard/browser/directory_overlay_rows.hpp"
@@ -23,24 +21,7 @@ namespace halyard {
 
 namespace {
 
-using Kind = RawKey::Kind;
-
 DirectoryViewState& view() { return directoryViewState(); }
-
-void moveCursor(DirectoryFilterState& filter, int step) {
-  const int count = static_cast<int>(filter.groups.size());
-  filter.cursorIndex = (filter.cursorIndex + step + count) % count;
-}
-
-void toggleGroup(DirectoryFilterState& filter) {
-  bool& isSelected = filter.groups[static_cast<std::size_t>(filter.cursorIndex)].isSelected;
-  isSelected = !isSelected;
-}
-
-void leaveFilterOverlay() {
-  view().filterState.reset();
-  view().appMode = DirectoryAppMode::normal;
-}
 
 std::string groupRow(const DirectoryFilterState& filter, std::size_t index) {
   const DirectoryFilterGroup& group = filter.groups[index];
@@ -58,20 +39,6 @@ void openFilterOverlay() {
   if (isFavorites && selected != nullptr) view().list.currentPath = selected->url;
   view().filterState = DirectoryFilterState{.groups = directoryFilterGroups(), .savedListState = view().list};
   view().appMode = DirectoryAppMode::filterOverlay;
-}
-
-void handleFilterOverlayKey(const RawKey& key) {
-  if (!view().filterState) return;
-  DirectoryFilterState& filter = *view().filterState;
-  if (key.kind == Kind::up || key.kind == Kind::down) {
-    moveCursor(filter, key.kind == Kind::up ? -1 : 1);
-  } else if (key.is(" ")) {
-    toggleGroup(filter);
-  } else if (key.kind == Kind::enter) {
-    if (std::ranges::any_of(filter.groups, &DirectoryFilterGroup::isSelected)) startFilter();
-  } else if (key.kind == Kind::escape || key.is("x") || key.is("X")) {
-    leaveFilterOverlay();
-  }
 }
 
 void drawFilterOverlay() {
@@ -115,12 +82,6 @@ void drawFilterRunning() {
   drawOverlayBox(localized("dirview_filter_running_title"),
                  runningWalkRows(view().filterState->spinnerFrame, localized("dirview_filter_running")),
                  localized("dirview_search_cancel"));
-}
-
-void handleFilterResultsKey(const RawKey& key) {
-  if (!view().filterState || key.kind == Kind::escape || key.is("x") || key.is("X")) return endFilter();
-  const bool isIgnored = key.kind == Kind::left || key.is("d") || key.is("D") || key.is("y") || key.is("Y");
-  if (!isIgnored) handleNormalDirectoryKey(key);
 }
 
 void endFilter() {

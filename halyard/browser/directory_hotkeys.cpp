@@ -9,6 +9,7 @@
 #include "core/string_catalog.hpp"
 #include "core/text_file.hpp"
 #include "halyard/browser/directory_desktop.hpp"
+#include "halyard/browser/directory_favorites.hpp"
 #include "halyard/browser/directory_hotkey_file.hpp"
 #include "halyard/browser/directory_list.hpp"
 
@@ -66,24 +67,6 @@ void deleteAllHotkeys() {
   view().searchState.reset();
   view().filterState.reset();
   toggleFavorites();
-}
-
-std::vector<DirectoryEntry> favoriteEntries() {
-  std::vector<DirectoryEntry> entries;
-  for (const auto& [number, slot] : view().hotkeys) {
-    entries.push_back({fmt::format("[{}] {}", number, slot.path), slot.path, DirectoryEntry::Kind::directory});
-  }
-  return entries;
-}
-
-void showFavoritesList() {
-  view().contentViewMode = DirectoryContentViewMode::favorites;
-  view().isFavoritesListShown = true;
-  DirectoryViewListState& list = view().list;
-  list.entries = favoriteEntries();
-  list.selectedIndex = 0;
-  list.scrollOffset = 0;
-  if (!list.entries.empty()) list.currentPath = list.entries.front().url;
 }
 
 void toggleFavorites() {

@@ -1,9 +1,6 @@
 // Ten favorites under the digits, kept in a file of the home folder, and the list that they form.
 #pragma once
 
-#include <vector>
-
-#include "halyard/browser/directory_state.hpp"
 #include "halyard/terminal/keys.hpp"
 
 namespace halyard {
@@ -21,10 +18,6 @@ void drawHotkeyActionOverlay();
 /// All of them, in the file too; from the favorites the view returns to the browser.
 void deleteAllHotkeys();
 
-/// One entry per slot, in ascending order.
-std::vector<DirectoryEntry> favoriteEntries();
-/// The favorites become the list, the first selected.
-void showFavoritesList();
 /// Browser to favorites, where there are any, and back.
 void toggleFavorites();
 

@@ -9,7 +9,7 @@
 #include "core/string_catalog.hpp"
 #include "core/text.hpp"
 #include "halyard/browser/directory_desktop.hpp"
-#include "halyard/browser/directory_hotkeys.hpp"
+#include "halyard/browser/directory_favorites.hpp"
 
 namespace halyard {
 
@@ -95,6 +95,12 @@ void enterDirectory(std::string location) {
 const DirectoryEntry* selectedDirectoryEntry() {
   const auto index = static_cast<std::size_t>(list().selectedIndex);
   return index < list().entries.size() ? &list().entries[index] : nullptr;
+}
+
+std::string desktopTarget() {
+  const DirectoryEntry* selected = selectedDirectoryEntry();
+  const bool isDirectory = selected != nullptr && selected->kind == DirectoryEntry::Kind::directory;
+  return isDirectory ? selected->url : list().currentPath;
 }
 
 void keepSelectionVisible() {

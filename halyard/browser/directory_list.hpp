@@ -32,6 +32,9 @@ void enterDirectory(std::string location);
 /// The entry under the selection; none in an empty list.
 const DirectoryEntry* selectedDirectoryEntry();
 
+/// Where the keys for Finder and Terminal lead: the selected directory, else the current one.
+std::string desktopTarget();
+
 /// Lowers or raises the scroll offset until the selection is in the window.
 void keepSelectionVisible();
 void moveDirectorySelection(int step);

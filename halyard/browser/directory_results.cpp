@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "halyard/browser/directory_hotkeys.hpp"
+#include "halyard/browser/directory_favorites.hpp"
 #include "halyard/browser/directory_list.hpp"
 
 namespace halyard {
