@@ -12,7 +12,6 @@ namespace halyard {
 namespace {
 
 using testing::HasSubstr;
-using testing::Not;
 
 /// Names that a careless command would obey.
 const std::vector<std::string> hostileNames = {"it's",

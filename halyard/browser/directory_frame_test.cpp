@@ -39,7 +39,9 @@ class DirectoryFrame : public BrowserTest {
     return all;
   }
   static std::string plain(int line) { return stripAnsi(lines()[static_cast<std::size_t>(line)]); }
-  static std::string listRow(int row) { return lines()[static_cast<std::size_t>(firstListLine + row)]; }
+  static std::string listRow(int row) {
+    return lines()[static_cast<std::size_t>(firstListLine) + static_cast<std::size_t>(row)];
+  }
   static std::string plainRow(int row) { return stripAnsi(listRow(row)); }
   /// The bar's column of all rows.
   static std::string scrollBar() {

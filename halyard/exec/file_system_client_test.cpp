@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,6 +18,7 @@ namespace halyard {
 namespace {
 
 using testing::UnorderedElementsAre;
+using testing::UnorderedElementsAreArray;
 
 struct FileSystemClient : testing::Test {
   TemporaryFolder folder;
@@ -130,14 +132,13 @@ TEST_F(FileSystemClient, VisibleItemsComeWithTheirTypesFromTheDiskAndFromATreeIn
   std::filesystem::create_symlink("folder", folder.at("link"));
   InMemoryFileSystem memory;
   memory.addFile("/t/file").addFile("/t/.hidden").addFolder("/t/folder").addLink("/t/link");
-  const auto expected =
-      UnorderedElementsAre(ListedItem{"file", FileType::regular}, ListedItem{"folder", FileType::directory},
-                           ListedItem{"link", FileType::symbolicLink});
-  EXPECT_THAT(client.visibleItems(folder.at()), expected);
-  EXPECT_THAT(memory.visibleItems("/t"), expected);
-  EXPECT_THAT(memory.visibleItems("/t/"), expected);
-  EXPECT_THROW(client.visibleItems(folder.at("nowhere")), std::system_error);
-  EXPECT_THROW(memory.visibleItems("/nowhere"), std::system_error);
+  const std::vector<ListedItem> expected = {
+      {"file", FileType::regular}, {"folder", FileType::directory}, {"link", FileType::symbolicLink}};
+  EXPECT_THAT(client.visibleItems(folder.at()), UnorderedElementsAreArray(expected));
+  EXPECT_THAT(memory.visibleItems("/t"), UnorderedElementsAreArray(expected));
+  EXPECT_THAT(memory.visibleItems("/t/"), UnorderedElementsAreArray(expected));
+  EXPECT_THROW(static_cast<void>(client.visibleItems(folder.at("nowhere"))), std::system_error);
+  EXPECT_THROW(static_cast<void>(memory.visibleItems("/nowhere")), std::system_error);
 }
 
 }  // namespace

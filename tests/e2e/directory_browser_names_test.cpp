@@ -123,7 +123,7 @@ TEST_F(OddNamesInEnglish, AFolderWithDecomposedUmlautsIsEnteredAndFoundAgain) {
 // MARK: Many entries
 
 std::string manyFiles(const TerminalSession& session, int count) {
-  const std::string folder = session.inHome("Tree/many");
+  std::string folder = session.inHome("Tree/many");
   std::filesystem::create_directory(folder);
   for (int i = 0; i < count; ++i) {
     std::string name = std::to_string(1000000 + i);
