@@ -126,6 +126,8 @@ def require_macho(program: Path, target: str) -> str:
 
 
 def main() -> None:
+    if sys.platform == "darwin":
+        sys.exit("This is a Mac: ./dev build compiles and links the program here.")
     jobs = int(sys.argv[1]) if sys.argv[1:] else os.cpu_count() or 2
     zig = compiler()
     link_headers()
