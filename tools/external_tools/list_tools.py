@@ -3,6 +3,7 @@
 what is wrong: a tool that is neither the demo's nor the standard's, or a form that a Mac's tool doesn't take."""
 from __future__ import annotations
 
+import signal
 import sys
 from pathlib import Path
 
@@ -61,6 +62,7 @@ def show(tools: Tools, demo: frozenset[str]) -> None:
 
 
 def main() -> int:
+    signal.signal(signal.SIGPIPE, signal.SIG_DFL)  # `./dev tools | head` is no fault
     demo = stand_ins()
     tools, wrong = check(read_sources(ROOT), demo)
     if "--check" not in sys.argv[1:]:
