@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "core/text.hpp"
-#include "halyard/platform/secret_store_source.hpp"
 
 namespace halyard {
 

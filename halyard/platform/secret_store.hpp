@@ -38,6 +38,9 @@ class SecretStoring {
   virtual SecretStatus remove(const SecretName& item) = 0;
 };
 
+/// The user's own; one source per system.
+SecretStoring& systemSecretStore();
+
 /// Deletes the item and then, unless the value is empty, adds it anew. The status is that of the adding; an empty value
 /// always gives success.
 SecretStatus saveSecret(const SecretName& item, std::string_view value);

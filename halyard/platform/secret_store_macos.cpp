@@ -1,7 +1,7 @@
 #include <Security/Security.h>
 
 #include "halyard/platform/core_foundation.hpp"
-#include "halyard/platform/secret_store_source.hpp"
+#include "halyard/platform/secret_store.hpp"
 
 namespace halyard {
 

@@ -10,7 +10,7 @@
 #include <libsecret/secret.h>
 
 #include "halyard/platform/all_signals_held.hpp"
-#include "halyard/platform/secret_store_source.hpp"
+#include "halyard/platform/secret_store.hpp"
 
 namespace halyard {
 
