@@ -19,6 +19,7 @@
 #include "halyard/build/selection.hpp"
 #include "halyard/simulator/simulator_commands.hpp"
 #include "halyard/terminal/colors.hpp"
+#include "halyard/terminal/dialogs.hpp"
 #include "halyard/terminal/keys.hpp"
 #include "halyard/terminal/output.hpp"
 #include "halyard/terminal/screen.hpp"
@@ -214,6 +215,8 @@ std::string drawPostTestOptions(const FinishedTestRun& run, int columns) {
 
 void postTestMenu(FinishedTestRun run) {
   printOutcome(run.data);
+  // The menu would draw over what there is to read.
+  if (takeAbort()) return waitForBack();
   while (!takeAbort()) {
     flushPendingInput();
     printOptions(run);

@@ -162,7 +162,8 @@ TEST(TestRuns, AnAbortEndsTheRunAndLeavesNoChild) {
   session.send("7");
   ASSERT_TRUE(session.waitForOutput("testFeeCountsEachNight", mark));
   session.send(Key::ctrlC);
-  ASSERT_TRUE(session.waitForOutput("Operation aborted.", mark));
+  ASSERT_TRUE(session.waitForOutput("Operation aborted.", mark) && session.waitUntilIdle());
+  session.send("x");
   ASSERT_TRUE(isAtMenu(session));
   EXPECT_TRUE(session.waitFor("no child left", [&] { return session.childrenLeft().empty(); }));
   // Nothing is read of a bundle that this run can't have finished.
