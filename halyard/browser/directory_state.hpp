@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "halyard/terminal/typed_text.hpp"
+
 namespace halyard {
 
 enum class DirectoryAppMode {
@@ -53,8 +55,7 @@ struct HotkeySlot {
 
 struct DirectorySearchState {
   std::string inputText;        ///< lower-cased as typed
-  std::string typedBytes = {};  ///< of a character beyond ASCII that isn't whole yet
-  std::size_t lengthBeforeBytes = 0;
+  TypedBytes typedBytes = {};
   std::string expandedPattern;  ///< the file pattern actually used
   int spinnerFrame = 0;         ///< 0 to 9
   DirectoryViewListState savedListState;

@@ -5,15 +5,12 @@
 #include <string_view>
 #include <utility>
 
-#include <unicode/uchar.h>
-#include <unicode/utf8.h>
-
 #include "core/string_catalog.hpp"
-#include "core/text.hpp"
 #include "halyard/git/git_service.hpp"
 #include "halyard/git/git_view.hpp"
 #include "halyard/git/git_view_search.hpp"
 #include "halyard/git/git_view_state.hpp"
+#include "halyard/terminal/typed_text.hpp"
 
 namespace halyard {
 
@@ -180,31 +177,19 @@ constexpr auto characterKeys = std::to_array<CharacterKeys>({
 
 // MARK: typing
 
-bool isSearchCharacter(std::string_view character) {
-  constexpr std::string_view others = " .-_/*?@:";
-  const auto* bytes = reinterpret_cast<const std::uint8_t*>(character.data());
-  std::int32_t at = 0;
-  UChar32 scalar = 0;
-  U8_NEXT(bytes, at, static_cast<std::int32_t>(character.size()), scalar);
-  if (scalar < 0) return false;
-  return u_isalpha(scalar) != 0 || u_isdigit(scalar) != 0 ||
-         (character.size() == 1 && others.find(character) != std::string_view::npos);
+std::string typedInSearch(std::string_view character) {
+  return isLetterDigitOr(character, " .-_/*?@:") ? std::string(character) : std::string();
 }
 
-void type(std::string& text, const RawKey& key) {
-  if (key.is("\x7f") || key.is("\b")) {
-    text.erase(lastGraphemeStart(text));
-  } else {
-    text += key.text;
-  }
-}
+std::string typedInMessage(std::string_view character) { return std::string(character); }
 
 void handleCharacter(const RawKey& key) {
   GitViewState& view = state();
-  if (view.mode == Mode::commitOverlay) return type(view.commitMessage, key);
+  if (view.mode == Mode::commitOverlay) {
+    return typeCharacter(view.commitMessage, view.typedBytes, key.text, typedInMessage);
+  }
   if (view.mode == Mode::searchOverlay) {
-    if (isSearchCharacter(key.text) || key.is("\x7f") || key.is("\b")) type(view.searchQuery, key);
-    return;
+    return typeCharacter(view.searchQuery, view.typedBytes, key.text, typedInSearch);
   }
   for (const CharacterKeys& row : characterKeys) {
     if (row.mode != view.mode || key.text.size() != 1) continue;

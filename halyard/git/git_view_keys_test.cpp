@@ -230,7 +230,7 @@ TEST_F(GitViewKeys, TheSearchTakesLettersDigitsAndAFewMarks) {
   EXPECT_EQ(view.searchQuery, "ab Z09.-_/*?@:");
   press("\xc3\x83");
   press("\xc2\xbc");
-  EXPECT_EQ(view.searchQuery, "ab Z09.-_/*?@:\xc3\x83") << "a letter, and one that is none";
+  EXPECT_EQ(view.searchQuery, "ab Z09.-_/*?@:\xc3\xbc") << "an umlaut comes byte by byte";
   type("\x7f\x08\x7f");
   EXPECT_EQ(view.searchQuery, "ab Z09.-_/*?");
   for (const Kind key : {Kind::up, Kind::down, Kind::left, Kind::right, Kind::ctrlC, Kind::unknown}) press(key);
@@ -256,6 +256,16 @@ TEST_F(GitViewKeys, TheCommitTakesEveryCharacter) {
   EXPECT_EQ(view.mode, Mode::normal);
   EXPECT_EQ(view.commitMessage, "");
   EXPECT_THAT(reset.runner.commands(), IsEmpty());
+}
+
+TEST_F(GitViewKeys, AnUmlautTypedByteByByteIsOneCharacterOfTheMessage) {
+  press("c");
+  for (const char* key : {"f", "\xc3\x83", "\xc2\xbc", "r"}) press(key);
+  EXPECT_EQ(view.commitMessage, "f\xc3\xbcr");
+  press(Kind::escape);
+  press("c");
+  press("\xc2\xbc");
+  EXPECT_EQ(view.commitMessage, "\xc2\xbc") << "nothing is left of what was typed before";
 }
 
 TEST_F(GitViewKeys, BackspaceRemovesAWholeCharacter) {

@@ -48,6 +48,7 @@ void closeOverlay() {
   view.searchSelection = 0;
   view.searchScroll = 0;
   view.commitMessage.clear();
+  view.typedBytes = {};
   view.pendingConfirm.reset();
   view.diffTitle.clear();
   view.diffLines.clear();

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "halyard/git/git_records.hpp"
+#include "halyard/terminal/typed_text.hpp"
 
 namespace halyard {
 
@@ -49,6 +50,7 @@ struct GitViewState {
   int searchSelection = 0;
   int searchScroll = 0;
   std::string commitMessage;
+  TypedBytes typedBytes;  ///< of the query or the message
   std::optional<GitConfirmKind> pendingConfirm;
   std::string diffTitle;
   std::vector<std::string> diffLines;

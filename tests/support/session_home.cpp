@@ -18,9 +18,7 @@
 
 namespace halyard {
 
-std::string builtProgram() {
-  return HALYARD_PROGRAM;
-}
+std::string builtProgram() { return HALYARD_PROGRAM; }
 
 namespace {
 
