@@ -73,7 +73,7 @@ void handleSearchOverlayKey(const RawKey& key) {
     DirectorySearchState& search = *view().searchState;
     return typeCharacter(search.inputText, search.typedBytes, key.text, typedInSearch);
   }
-  view().searchState->typedBytes.clear();
+  view().searchState->typedBytes = {};
   if (key.kind == Kind::enter) {
     if (!trimmedBlanks(view().searchState->inputText).empty()) startSearch();
   } else if (key.kind == Kind::escape) {

@@ -22,9 +22,8 @@ std::string typed(std::string_view bytes, TypedCharacterRule rule) {
   TypedBytes pending;
   for (const char c : bytes) {
     const auto byte = static_cast<unsigned char>(c);
-    std::string key(1, c);
-    if (byte >= 0x80) key = {static_cast<char>(0xC0 | (byte >> 6)), static_cast<char>(0x80 | (byte & 0x3F))};
-    typeCharacter(text, pending, key, rule);
+    const char scalar[] = {static_cast<char>(0xC0 | (byte >> 6)), static_cast<char>(0x80 | (byte & 0x3F))};
+    typeCharacter(text, pending, byte < 0x80 ? std::string_view(&c, 1) : std::string_view(scalar, 2), rule);
   }
   return text;
 }

@@ -96,12 +96,13 @@ class PostTestMenu : public FlowTest {
   }
 
   std::string after(TestRunData data, std::string_view keys) {
-    FinishedTestRun run{.data = std::move(data),
-                        .request = {.selection = "-only-testing:'HarborTests'"},
-                        .title = "Run Unit Tests",
-                        .description = "Unit tests only.",
-                        .detail = "-only-testing:'HarborTests'",
-                        .isPlanRun = isPlanRun};
+    FinishedTestRun run;
+    run.data = std::move(data);
+    run.request.selection = "-only-testing:'HarborTests'";
+    run.title = "Run Unit Tests";
+    run.description = "Unit tests only.";
+    run.detail = "-only-testing:'HarborTests'";
+    run.isPlanRun = isPlanRun;
     const CapturedOutput output;
     const TypedInput typed(keys);
     postTestMenu(std::move(run));
@@ -120,7 +121,8 @@ TEST_F(PostTestMenu, ShowsResultBannerAndOptionsUntilX) {
 }
 
 TEST_F(PostTestMenu, TheOptionsAreOneLineUnlessTheTerminalIsNarrow) {
-  const FinishedTestRun run{.data = failedRun(), .request = {}, .title = {}, .description = {}};
+  FinishedTestRun run;
+  run.data = failedRun();
   const int width = visibleWidth(allOptions) - 2;  // line feeds
   EXPECT_EQ("\n" + stripAnsi(drawPostTestOptions(run, width)), allOptions);
   EXPECT_EQ(stripAnsi(drawPostTestOptions(run, width - 1)),
