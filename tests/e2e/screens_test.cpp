@@ -103,8 +103,8 @@ TEST(MenuScreen, AnActionAsksForTheBranchAgainButNotForTheVersions) {
   session.expectShows("Branch:  main");
   session.writeHomeFile("Harbor/.git/HEAD", "ref: refs/heads/other\n");
   session.send(Key::enter);
-  ASSERT_TRUE(session.waitFor("[X]") && session.waitUntilIdle());
-  session.send("x");
+  ASSERT_TRUE(session.waitFor("[x] Back") && session.waitUntilIdle());
+  session.send({"x", Key::enter});
   ASSERT_TRUE(session.waitFor("Branch:  other"));
   EXPECT_EQ(session.callsOf("xcodebuild").size(), 1U);
   EXPECT_EQ(session.callsOf("swift").size(), 1U);

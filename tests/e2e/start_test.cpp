@@ -173,8 +173,8 @@ TEST(Folder, DeletedUnderTheRunningProgramDoesNoHarm) {
   session.send("l");
   ASSERT_TRUE(session.waitFor("Löschen") && session.waitUntilIdle());
   session.send(Key::enter);
-  ASSERT_TRUE(session.waitFor("[X]") && session.waitUntilIdle());
-  session.send("x");
+  ASSERT_TRUE(session.waitFor("[x] Zurück") && session.waitUntilIdle());
+  session.send({"x", Key::enter});
   ASSERT_TRUE(atMenu(session));
   session.send("Q");
   session.expectCleanEnd();

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "core/text.hpp"
+#include "test_places.hpp"
 #include "tests/support/session_report.hpp"
 #include "tests/support/terminal_session.hpp"
 
@@ -21,6 +22,15 @@ constexpr std::size_t outputTail = 1000;  // bytes shown of a failed session
 
 std::string withoutLineEnd(std::string_view text) {
   return std::string(text.substr(0, text.find_last_not_of(' ') + 1));
+}
+
+/// The compiler may have been given a path relative to the build folder, which tests don't run in.
+std::filesystem::path sourcePath(const TerminalSession::Where& where) {
+  std::filesystem::path inTree;
+  for (const std::filesystem::path& part : std::filesystem::path(where.file_name())) {
+    if (part != "..") inTree /= part;
+  }
+  return std::filesystem::path(HALYARD_SOURCE_DIR) / inTree;
 }
 
 std::string joined(const std::vector<std::string>& lines) {
@@ -76,7 +86,7 @@ void TerminalSession::expectScreen(std::string_view expected, Where where) {
 }
 
 void TerminalSession::expectGoldenScreen(std::string_view name, Where where) {
-  const auto file = std::filesystem::path(where.file_name()).parent_path() / "golden" / (std::string(name) + ".txt");
+  const auto file = sourcePath(where).parent_path() / "golden" / (std::string(name) + ".txt");
   const char* update = std::getenv("HALYARD_UPDATE_GOLDEN");
   if (update != nullptr && std::string_view(update) == "1") {
     std::filesystem::create_directories(file.parent_path());
