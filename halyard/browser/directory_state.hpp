@@ -54,7 +54,7 @@ struct HotkeySlot {
 };
 
 struct DirectorySearchState {
-  std::string inputText;        ///< lower-cased as typed
+  std::string inputText;  ///< lower-cased as typed
   TypedBytes typedBytes = {};
   std::string expandedPattern;  ///< the file pattern actually used
   int spinnerFrame = 0;         ///< 0 to 9

@@ -167,8 +167,8 @@ TEST_F(CacheBrowser, ClearAllDeletesEveryEntryByItsRule) {
 TEST_F(CacheBrowser, WithoutAUsableHomeItRefuses) {
   const HomeSetting setting("");
   for (void (*action)() : {showAllCaches, deleteDerivedDataSelective}) {
-    EXPECT_THAT(shownBy(action, "c\njjx"),
-                AllOf(HasSubstr("✗ Nothing was deleted: HOME names no usable home folder."), HasSubstr("[X]"), Not(HasSubstr("[C]"))));
+    EXPECT_THAT(shownBy(action, "c\njjx"), AllOf(HasSubstr("✗ Nothing was deleted: HOME names no usable home folder."),
+                                                 HasSubstr("[X]"), Not(HasSubstr("[C]"))));
   }
   EXPECT_THAT(runner.commands(), IsEmpty());
 }

@@ -124,7 +124,8 @@ TEST_P(EachLevel, AnAbortEndsItBetweenTwoSteps) {
 TEST_P(EachLevel, RefusesWithoutAUsableHome) {
   const HomeSetting setting("");
   EXPECT_THAT(shownBy(GetParam().action, "jjjx"),
-              AllOf(HasSubstr("✗ Nothing was deleted: HOME names no usable home folder."), HasSubstr("[X]"), Not(HasSubstr("[j/N]"))));
+              AllOf(HasSubstr("✗ Nothing was deleted: HOME names no usable home folder."), HasSubstr("[X]"),
+                    Not(HasSubstr("[j/N]"))));
   EXPECT_THAT(runner.commands(), IsEmpty());
 }
 

@@ -216,8 +216,8 @@ TEST_F(Deletions, WithoutAUsableHomeTheyRefuse) {
     for (void (*action)() : {deleteProjectBuildFolder, deleteDerivedData, deleteCachesWithoutPackageManagers,
                              deleteAllCachesInclPackageManagers}) {
       const std::string text = shownBy(action, "jjjx");
-      EXPECT_THAT(text, AllOf(HasSubstr("✗ Nothing was deleted: HOME names no usable home folder."), HasSubstr("HOME=" + std::string(value)),
-                              HasSubstr("[X]"), Not(HasSubstr("[j/N]"))));
+      EXPECT_THAT(text, AllOf(HasSubstr("✗ Nothing was deleted: HOME names no usable home folder."),
+                              HasSubstr("HOME=" + std::string(value)), HasSubstr("[X]"), Not(HasSubstr("[j/N]"))));
     }
     shownBy(deleteCoreCaches);
   }

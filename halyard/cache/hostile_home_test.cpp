@@ -144,7 +144,8 @@ TEST(UnusableHome, NothingIsTouchedAndTheReasonIsTold) {
     const HomeSetting setting(value);
     for (const auto& [action, keys] : everything) {
       const std::string text = shownBy(action, keys);
-      EXPECT_THAT(text, HasSubstr("✗ Nothing was deleted: HOME names no usable home folder.")) << testing::PrintToString(value);
+      EXPECT_THAT(text, HasSubstr("✗ Nothing was deleted: HOME names no usable home folder."))
+          << testing::PrintToString(value);
     }
   }
   EXPECT_EQ(disk.world(), before);

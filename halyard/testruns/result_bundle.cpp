@@ -194,8 +194,7 @@ void addBundleTests(std::vector<BundleTest> tests, TestRunData& data) {
                              .duration = test.duration,
                              .errors = std::move(test.errors)});
     } else {
-      data.passed.push_back(
-          {.suite = std::move(test.suite), .name = std::move(test.name), .duration = test.duration});
+      data.passed.push_back({.suite = std::move(test.suite), .name = std::move(test.name), .duration = test.duration});
     }
   }
 }

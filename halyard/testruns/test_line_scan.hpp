@@ -31,8 +31,8 @@ LineMarks scanTestLine(std::string_view line);
 inline constexpr std::string_view xctestSuiteWords = "test suite '";
 inline constexpr std::string_view xctestCaseWords = "test case '";
 
-/// The last place, at or before `from`, of these words, whatever the case of the line's ASCII letters; npos without one.
-/// The words are in lower case and end in something rare.
+/// The last place, at or before `from`, of these words, whatever the case of the line's ASCII letters; npos without
+/// one. The words are in lower case and end in something rare.
 std::size_t findLastIgnoringCase(std::string_view line, std::string_view words, std::size_t from);
 /// The first one.
 std::size_t findIgnoringCase(std::string_view line, std::string_view words);
