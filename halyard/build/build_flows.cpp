@@ -94,21 +94,19 @@ bool runProjectCleanPhase() {
   printStep(localized("step_1_3_delete_deriveddata"));
   CleanStep deletion = projectBuildFolderStep();
   deletion.info = fmt::format("{} {}", localized("deleting_deriveddata_detail"), shownFolder());
-  performCleanSteps({deletion});
-  const bool aborted = operationAborted();
-  if (!aborted) printSuccess(fmt::format("{} {}", localized("deriveddata_deleted"), shownFolder()));
-  BuildTimeline::endPhase(!aborted);
-  return !aborted;
+  const bool cleaned = performCleanSteps({deletion});
+  if (cleaned) printSuccess(fmt::format("{} {}", localized("deriveddata_deleted"), shownFolder()));
+  BuildTimeline::endPhase(cleaned);
+  return cleaned;
 }
 
 bool runFullCleanPhase(const DetectedPackageManagers& managers) {
   BuildTimeline::beginPhase("Clean", "🧹");
   printStep(localized("step_1_4_delete_caches"));
-  performCleanSteps(fullCleanSteps(managers));
-  const bool aborted = operationAborted();
-  if (!aborted) printSuccess(localized("all_caches_deleted"));
-  BuildTimeline::endPhase(!aborted);
-  return !aborted;
+  const bool cleaned = performCleanSteps(fullCleanSteps(managers));
+  if (cleaned) printSuccess(localized("all_caches_deleted"));
+  BuildTimeline::endPhase(cleaned);
+  return cleaned;
 }
 
 /// Of the Swift packages alone: without them there is no build.

@@ -1,3 +1,6 @@
+#include <cstdlib>
+#include <string>
+
 #include "halyard/build/build_flow_testing.hpp"
 #include "halyard/packages/package_sync.hpp"
 
@@ -39,6 +42,16 @@ TEST_F(QuickReset, BringsTheMacsAppUpWithoutASimulator) {
   runner.expect("defaults read '" + app + "/Contents/Info' CFBundleIdentifier 2>/dev/null", "com.example.Harbor");
   runner.expect("open '" + app + "'");
   EXPECT_THAT(shown(quickResetBuildAndLaunch, "jx"), AllOf(HasSubstr("App running!"), HasSubstr(backPrompt)));
+}
+
+TEST_F(QuickReset, AHomeThatIsNoneEndsItWithNothingDeleted) {
+  known();
+  const std::string home = std::getenv("HOME");
+  setenv("HOME", "", 1);
+  const std::string text = shown(quickResetBuildAndLaunch, "jx");
+  setenv("HOME", home.c_str(), 1);
+  EXPECT_THAT(text, AllOf(HasSubstr("HOME="), HasSubstr("🧹 Clean"), HasSubstr("✗"), HasSubstr(backPrompt)));
+  EXPECT_THAT(text, AllOf(Not(HasSubstr("DerivedData deleted")), Not(HasSubstr("Step 2/3"))));
 }
 
 TEST_F(QuickReset, NoAppFailsTheLaunch) {

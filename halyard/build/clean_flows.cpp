@@ -29,29 +29,27 @@ namespace halyard {
 
 namespace {
 
-void runCleanPhase(std::string_view name, const std::vector<CleanStep>& steps, std::string_view successKey) {
+bool runCleanPhase(std::string_view name, const std::vector<CleanStep>& steps, std::string_view successKey) {
   BuildTimeline::beginPhase(std::string(name), "🧹");
-  performCleanSteps(steps);
-  printSuccess(localized(successKey));
-  BuildTimeline::endPhase(!operationAborted());
+  const bool cleaned = performCleanSteps(steps);
+  if (cleaned) printSuccess(localized(successKey));
+  BuildTimeline::endPhase(cleaned);
+  return cleaned;
 }
 
 /// True where something was deleted.
 bool offerBuildFolders() {
   const std::string folder = displaySafe(privateDerivedDataDisplay());
   if (confirm(localizedFormat("guided_clean_delete_capstan_build_question", folder))) {
-    runCleanPhase("Clean", {projectBuildFolderStep()}, "capstan_build_deleted");
-    return true;
+    return runCleanPhase("Clean", {projectBuildFolderStep()}, "capstan_build_deleted");
   }
   if (!confirm(localized("guided_clean_delete_workdir_question"))) return false;
-  runCleanPhase("Clean", {derivedDataStep()}, "derived_data_deleted");
-  return true;
+  return runCleanPhase("Clean", {derivedDataStep()}, "derived_data_deleted");
 }
 
 bool offerSharedCaches() {
   if (!confirm(localized("guided_clean_delete_caches_question"))) return false;
-  runCleanPhase("Caches", sharedCacheSteps(), "caches_deleted_spm_preserved");
-  return true;
+  return runCleanPhase("Caches", sharedCacheSteps(), "caches_deleted_spm_preserved");
 }
 
 bool offerPackageCaches(const DetectedPackageManagers& managers) {

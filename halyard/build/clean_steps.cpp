@@ -81,15 +81,16 @@ std::vector<CleanStep> fullCleanSteps(const DetectedPackageManagers& managers) {
   return steps;
 }
 
-void performCleanSteps(const std::vector<CleanStep>& steps) {
-  if (!requireUsableHome()) return;
+bool performCleanSteps(const std::vector<CleanStep>& steps) {
+  if (!requireUsableHome()) return false;
   for (const CleanStep& each : steps) {
-    if (operationAborted()) return;
+    if (operationAborted()) return false;
     BuildTimeline::measureStep(each.name, [&] {
       printInfo(each.info);
       run(each.command);
     });
   }
+  return !operationAborted();
 }
 
 }  // namespace halyard

@@ -26,8 +26,8 @@ std::vector<CleanStep> sharedCacheSteps();
 /// All of these but the whole of DerivedData, and the caches of the package managers in use.
 std::vector<CleanStep> fullCleanSteps(const DetectedPackageManagers& managers);
 
-/// Says each and runs it, as a step of the open phase. An abort ends the row. Without a usable home folder there is an
-/// error and nothing runs.
-void performCleanSteps(const std::vector<CleanStep>& steps);
+/// Says each and runs it, as a step of the open phase. False: an abort ended the row, or without a usable home folder
+/// there was an error and nothing ran.
+bool performCleanSteps(const std::vector<CleanStep>& steps);
 
 }  // namespace halyard
