@@ -46,7 +46,8 @@ TEST_F(QuickReset, BringsTheMacsAppUpWithoutASimulator) {
 
 TEST_F(QuickReset, AHomeThatIsNoneEndsItWithNothingDeleted) {
   known();
-  const std::string home = std::getenv("HOME");
+  const char* set = std::getenv("HOME");
+  const std::string home = set == nullptr ? "" : set;
   setenv("HOME", "", 1);
   const std::string text = shown(quickResetBuildAndLaunch, "jx");
   setenv("HOME", home.c_str(), 1);

@@ -43,10 +43,16 @@ std::string shownBy(Action&& action, std::string_view keys = {}) {
   return text;
 }
 
+/// Empty where it isn't set.
+inline std::string environmentText(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
+
 /// Sets $HOME, or unsets it, and sets it back.
 class HomeSetting {
  public:
-  explicit HomeSetting(const char* value) : saved_(std::getenv("HOME")) {
+  explicit HomeSetting(const char* value) : saved_(environmentText("HOME")) {
     value == nullptr ? unsetenv("HOME") : setenv("HOME", value, 1);
   }
   ~HomeSetting() { setenv("HOME", saved_.c_str(), 1); }
@@ -122,7 +128,7 @@ class DiskHome {
   explicit DiskHome(const std::string& name = "home")
       : homeFolder(folder.makeFolder("world/" + name)),
         home_(homeFolder.c_str()),
-        path_(std::getenv("PATH")),
+        path_(environmentText("PATH")),
         dependencies_({&shell_, &disk_, &AppContext::shared()}) {
     folder.makeFolder("world/work");
     writeTool("xcrun", "echo \"$@\" >> '" + folder.at("calls") + "'");

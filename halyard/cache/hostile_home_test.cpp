@@ -12,7 +12,6 @@ namespace halyard {
 namespace {
 
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 /// The places that an action may change; an empty list: only the project's build folder.
 struct Deletion {
