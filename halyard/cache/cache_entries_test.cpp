@@ -5,7 +5,6 @@
 namespace halyard {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class CacheEntries : public CacheTest {
